@@ -17,33 +17,37 @@ void CameraNotices::SetListener(const std::shared_ptr<IAovStreamCallback>& liste
     if (same) return;
     mListener = listener;
     for (const int instanceId : mOpenDevices)
-        PushLocked({instanceId, true});
+        PushLocked(instanceId, true);
 }
 
 void CameraNotices::Open(int instanceId) {
     const std::lock_guard lock(mMutex);
     mOpenDevices.insert(instanceId);
-    PushLocked({instanceId, true});
+    PushLocked(instanceId, true);
 }
 
 void CameraNotices::Close(int instanceId) {
     const std::lock_guard lock(mMutex);
     mOpenDevices.erase(instanceId);
-    PushLocked({instanceId, false});
+    PushLocked(instanceId, false);
 }
 
-void CameraNotices::PushLocked(Notice notice) {
-    if (!mThread.joinable()) {
-        try {
-            mThread = std::thread([this] { Run(); });
-        } catch (const std::system_error& error) {
-            __android_log_print(ANDROID_LOG_ERROR, "SimulatedSensor", "camera notice lost: %s",
-                                error.what());
-            return;
-        }
-    }
-    mNotices.push_back(notice);
+void CameraNotices::PushLocked(int instanceId, bool opened) {
+    if (mListener.expired() || !EnsureThreadLocked()) return;
+    mNotices.push_back({instanceId, opened, mListener});
     mChanged.notify_all();
+}
+
+bool CameraNotices::EnsureThreadLocked() {
+    if (mThread.joinable()) return true;
+    try {
+        mThread = std::thread([this] { Run(); });
+    } catch (const std::system_error& error) {
+        __android_log_print(ANDROID_LOG_ERROR, "SimulatedSensor", "camera notice lost: %s",
+                            error.what());
+        return false;
+    }
+    return true;
 }
 
 void CameraNotices::WaitUntilDelivered() {
@@ -74,7 +78,7 @@ void CameraNotices::Run() {
 }
 
 void CameraNotices::Deliver(const Notice& notice, std::unique_lock<std::mutex>& lock) {
-    std::shared_ptr<IAovStreamCallback> listener = mListener.lock();
+    std::shared_ptr<IAovStreamCallback> listener = notice.listener.lock();
     mDelivering = true;
     lock.unlock();
     if (listener != nullptr && notice.opened) listener->NotifyOpen(notice.instanceId);

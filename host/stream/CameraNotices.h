@@ -15,9 +15,9 @@ namespace zarvo::host {
  * Tells the stream's callback which camera devices open and close: one notice after another, in
  * the order of the calls, on a thread of its own, which begins with the first notice.
  *
- * The callback is held weakly: when it is gone, or there was none yet, notices are dropped. A new
- * callback is told of the devices that are open when it comes. No lock is held while it is
- * called, so it may call the stream. Any thread; Shutdown() not from a notice.
+ * A notice is for the callback of the time of its call, which is held weakly: when there is none,
+ * nobody is told. A new callback is told of the devices that are open when it comes. No lock is
+ * held while it is called, so it may call the stream. Any thread; Shutdown() not from a notice.
  */
 class CameraNotices {
   public:
@@ -38,9 +38,12 @@ class CameraNotices {
     struct Notice {
         int instanceId;
         bool opened;
+        std::weak_ptr<IAovStreamCallback> listener;
     };
 
-    void PushLocked(Notice notice);
+    void PushLocked(int instanceId, bool opened);
+    /** Whether the thread runs, after trying to start it. */
+    bool EnsureThreadLocked();
     void Run();
     void Deliver(const Notice& notice, std::unique_lock<std::mutex>& lock);
 

@@ -19,7 +19,7 @@ struct RenderConfig {
 };
 
 /** Whether a picture of this size has at least one pixel and room in an image block. */
-bool FitsRecord(int64_t width, int64_t height);
+[[gnu::visibility("default")]] bool FitsRecord(int64_t width, int64_t height);
 
 /**
  * Renders frame `frame` of the seed's scene, which lies `frame` / `frameRate` seconds after its
