@@ -32,14 +32,23 @@ Canvas::Canvas(std::span<uint8_t> pixels, size_t width, size_t height)
 
 void Canvas::FillShaded(Color color, std::span<const float> rowLuma,
                         std::span<const float> columnLuma) {
+    // Rows in steps of whole levels are mostly equal to the one before, and copied.
+    float drawn = -1;
     for (size_t y = 0; y < mHeight; ++y) {
         uint8_t* row = mLuma.data() + y * mWidth;
-        const float base = static_cast<float>(color.y) + rowLuma[y];
+        const float base = std::round(static_cast<float>(color.y) + rowLuma[y]);
+        if (y > 0 && base == drawn) {
+            std::copy_n(row - mWidth, mWidth, row);
+            continue;
+        }
+        drawn = base;
         for (size_t x = 0; x < mWidth; ++x)
             row[x] = ToByte(base + columnLuma[x]);
     }
-    for (size_t i = 0; i < mChroma.size(); ++i)
-        mChroma[i] = i % 2 == 0 ? color.u : color.v;
+    for (size_t x = 0; x < std::min(mWidth, mChroma.size()); ++x)
+        mChroma[x] = x % 2 == 0 ? color.u : color.v;
+    for (size_t i = mWidth; i < mChroma.size(); i += mWidth)
+        std::copy_n(mChroma.data(), std::min(mWidth, mChroma.size() - i), mChroma.data() + i);
 }
 
 void Canvas::FillRow(size_t row, float left, float right, Color color) {
