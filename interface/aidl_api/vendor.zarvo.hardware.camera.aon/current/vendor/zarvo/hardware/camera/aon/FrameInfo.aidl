@@ -1,0 +1,7 @@
+package vendor.zarvo.hardware.camera.aon;
+@VintfStability
+parcelable FrameInfo {
+  int frameWidth;
+  int frameHeight;
+  int[] supportRates;
+}

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/aidl/Sha1.h"
+#include "tests/aidl/MemoryFiles.h"
+
+namespace zarvo::host::aidl {
+namespace {
+
+constexpr const char* kInterface = R"(/*
+ * A licence.
+ */
+// not kept
+package zoo.api;
+
+import zoo.Food;
+
+/** Not kept. */
+@VintfStability
+interface IKeeper {
+    const int BIRDS = 1 << 2; /* not kept */
+    /** Feeds. @deprecated use
+     *  feedAll instead
+     * @param amount how much */
+    boolean feed(in Food food, int amount);
+    oneway void  note(in String[]names , IKeeper other);
+    void list(out List<Food> foods, inout byte[] raw, @nullable IKeeper keeper);
+    const String NAME = "kee" + "per";
+}
+)";
+
+constexpr const char* kInterfaceDump = R"(/*
+ * A licence.
+ */
+package zoo.api;
+@VintfStability
+interface IKeeper {
+  /* @deprecated use feedAll instead */
+  boolean feed(in zoo.Food food, int amount);
+  oneway void note(in String[] names, zoo.api.IKeeper other);
+  void list(out List<zoo.Food> foods, inout byte[] raw, @nullable zoo.api.IKeeper keeper);
+  const int BIRDS = 4;
+  const String NAME = "keeper";
+}
+)";
+
+constexpr const char* kParcelable = R"(package zoo;
+/** @hide */
+@VintfStability
+parcelable Food {
+    int grams = 2 * 50;
+    const long FULL = 0x10;
+    String name;
+}
+)";
+
+constexpr const char* kParcelableDump = R"(package zoo;
+/* @hide */
+@VintfStability
+parcelable Food {
+  int grams = 100;
+  String name;
+  const long FULL = 16;
+}
+)";
+
+std::string Dump(MemoryFiles& files, std::string_view root) {
+    const std::string prefix(root);
+    return RunCommand(
+            files, {"--dumpapi", "--structured", "--stability", "vintf", "-I", root, "--out=dump",
+                    prefix + "/zoo/api/IKeeper.aidl", prefix + "/zoo/Food.aidl"});
+}
+
+TEST(ApiDump, KeepsTheApiInOneForm) {
+    MemoryFiles files{{"src/zoo/api/IKeeper.aidl", kInterface}, {"src/zoo/Food.aidl", kParcelable}};
+    ASSERT_EQ(Dump(files, "src"), "");
+    EXPECT_EQ(files.files["dump/zoo/api/IKeeper.aidl"], kInterfaceDump);
+    EXPECT_EQ(files.files["dump/zoo/Food.aidl"], kParcelableDump);
+}
+
+TEST(ApiDump, OfADumpIsThatDump) {
+    MemoryFiles files{{"old/zoo/api/IKeeper.aidl", kInterfaceDump},
+                      {"old/zoo/Food.aidl", kParcelableDump}};
+    ASSERT_EQ(Dump(files, "old"), "");
+    EXPECT_EQ(files.files["dump/zoo/api/IKeeper.aidl"], kInterfaceDump);
+    EXPECT_EQ(files.files["dump/zoo/Food.aidl"], kParcelableDump);
+}
+
+TEST(Sha1, GivesThePublishedDigests) {
+    EXPECT_EQ(Sha1Hex(""), "da39a3ee5e6b4b0d3255bfef95601890afd80709");
+    EXPECT_EQ(Sha1Hex("abc"), "a9993e364706816aba3e25717850c26c9cd0d89d");
+    EXPECT_EQ(Sha1Hex("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
+              "84983e441c3bd26ebaae4aa1f95129e5e54670f1");
+    EXPECT_EQ(Sha1Hex(std::string(1000000, 'a')), "34aa973cd4c4daa4f61eeb2bdbad27316534016f");
+}
+
+TEST(ApiHash, IsTakenOverTheSortedListAndTheVersionBefore) {
+    MemoryFiles files{{"api/1/b/C.aidl", "c\n"}, {"api/1/a/B.aidl", "b\n"}};
+    std::string first;
+    std::string third;
+    EXPECT_EQ(RunCommand(files, {"--hashapi", "api/1"}, &first), "");
+    EXPECT_EQ(RunCommand(files, {"--hashapi", "--version", "3", "api/1"}, &third), "");
+    // What sha1sum and LC_ALL=C sort give for these files, with "latest-version" and "2".
+    EXPECT_EQ(first, "c5659ac7fb521a49d898608ce12c4dc3c9a0005c\n");
+    EXPECT_EQ(third, "96eb433af71e625a6f8fe8b82429247d6844fe29\n");
+    EXPECT_EQ(RunCommand(files, {"--hashapi", "api/2"}), "error: no .aidl files in api/2\n");
+}
+
+std::string Check(std::string_view level, const std::string& older, const std::string& newer) {
+    MemoryFiles files{{"old/p/T.aidl", "package p; " + older},
+                      {"new/p/T.aidl", "package p; " + newer}};
+    const std::string messages = RunCommand(files, {level, "--structured", "old", "new"});
+    return messages.substr(
+            messages.find("error: ") == std::string::npos ? 0 : messages.find("error: ") + 7);
+}
+
+TEST(ApiCheck, CompatibleVersionsMayAddAndNothingElse) {
+    struct Case {
+        const char* older;
+        const char* newer;
+        const char* message;
+    };
+    const Case kCases[] = {
+            {"parcelable T { int a; }", "parcelable T { int a; int b; }", ""},
+            {"parcelable T { int a; }", "parcelable T { int b; int a; }",
+             "T: field 'a' changed or moved\n"},
+            {"parcelable T { int a; }", "parcelable T { long a; }",
+             "T: field 'a' changed or moved\n"},
+            {"parcelable T { int a; }", "parcelable T { int a = 1; }",
+             "T: default value of 'a' changed\n"},
+            {"parcelable T { int a; }", "parcelable T {}", "T: 'a' is missing\n"},
+            {"parcelable T { int a; }", "union T { int a; }",
+             "T: kind, backing type or stability changed\n"},
+            {"interface T { void a(int x); }", "interface T { void a(int y); int b(); }", ""},
+            {"interface T { void a(); void b(); }", "interface T { void b(); void a(); }",
+             "T: method 'a' or its number changed\n"},
+            {"interface T { void a(in int[] x); }", "interface T { void a(inout int[] x); }",
+             "T: method 'a' or its number changed\n"},
+            {"interface T { void a(); }", "oneway interface T { void a(); }",
+             "T: method 'a' or its number changed\n"},
+            {"interface T { const int A = 1; }", "interface T { const int A = 2; }",
+             "T: constant 'A' changed\n"},
+            {"enum T { A }", "enum T { A, B }", ""},
+            {"enum T { A, B }", "enum T { B, A }", "T: value of 'A' changed\n"},
+    };
+    for (const Case& c : kCases) {
+        const std::string messages = Check("--checkapi=compatible", c.older, c.newer);
+        EXPECT_EQ(messages.substr(0, messages.find('\n') + 1), c.message) << c.newer;
+    }
+}
+
+TEST(ApiCheck, EqualVersionsDifferInNothing) {
+    EXPECT_EQ(Check("--checkapi=equal", "enum T { A, B = 1 + 0 }", "enum T { A /**/, B, }"), "");
+    EXPECT_EQ(Check("--checkapi=equal", "enum T { A }", "enum T { A, B }"), "type p.T changed\n");
+    MemoryFiles files{{"old/p/A.aidl", "package p; enum A { X }"},
+                      {"new/p/B.aidl", "package p; enum B { X }"}};
+    EXPECT_EQ(RunCommand(files, {"--checkapi=equal", "--structured", "old", "new"}),
+              "old/p/A.aidl:1:17: error: type p.A is missing\n"
+              "new/p/B.aidl:1:17: error: type p.B is new\n");
+}
+
+}  // namespace
+}  // namespace zarvo::host::aidl

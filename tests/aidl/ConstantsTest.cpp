@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/aidl/MemoryFiles.h"
+
+namespace zarvo::host::aidl {
+namespace {
+
+/** The value that a dump shows for a constant, or the message without its place. */
+std::string Evaluate(const std::string& type, const std::string& expression) {
+    MemoryFiles files{{"p/T.aidl",
+                       "package p; parcelable T { const int ONE = 1; const String S = "
+                       "\"s\"; " +
+                               type + " X = " + expression + "; }"},
+                      {"p/E.aidl", "package p; @Backing(type=\"int\") enum E { A = 5, B }"},
+                      {"p/U.aidl", "package p; parcelable U {}"}};
+    const std::string messages =
+            RunCommand(files, {"--dumpapi", "--structured", "-I.", "--out=d", "p/T.aidl"});
+    if (!messages.empty()) return messages.substr(messages.find("error: ") + 7);
+    const std::string& dump = files.files["d/p/T.aidl"];
+    const size_t start = dump.find(" X = ") + 5;
+    return dump.substr(start, dump.find(';', start) - start);
+}
+
+struct Case {
+    const char* type;
+    const char* expression;
+    const char* result;
+};
+
+TEST(Constants, ExpressionsAreComputed) {
+    const Case kCases[] = {
+            {"const int", "0x3F", "63"},
+            {"const int", "1 + 2 * 3", "7"},
+            {"const int", "(1 + 2) * 3", "9"},
+            {"const int", "10 - 4 - 3", "3"},
+            {"const int", "1 << 4 | 1 << 1", "18"},
+            {"const int", "1 << 31", "-2147483648"},
+            {"const int", "-8 >> 1", "-4"},
+            {"const int", "7 % -4", "3"},
+            {"const int", "~0 & 0xff ^ 0x0f", "240"},
+            {"const int", "0xffffffff", "-1"},
+            {"const int", "-2147483648", "-2147483648"},
+            {"const int", "- - 5", "5"},
+            {"const int", "ONE + T.ONE + p.T.ONE", "3"},
+            {"const int", "E.B", "6"},
+            {"const byte", "255u8", "-1"},
+            {"const byte", "-128", "-128"},
+            {"const long", "0x7fffffffffffffff", "9223372036854775807"},
+            {"const long", "-9223372036854775808", "-9223372036854775808"},
+            {"const long", "1L << 40", "1099511627776"},
+            {"const long", "3000000000 * 2", "6000000000"},
+            {"const String", "\"a\" + S + \"b\"", "\"asb\""},
+            {"boolean", "1 < 2 && !(3 == 4) || false", "true"},
+            {"boolean", "2 >= 3 || 1 != 1", "false"},
+            {"char", "'\"'", "'\"'"},
+            {"float", "-1.5f", "-1.5"},
+            {"double", "1e3", "1e3"},
+            {"byte[]", "{1, -1, 1 + 1}", "{1, -1, 2}"},
+            {"String[]", "{}", "{}"},
+            {"p.E", "E.B", "p.E.B"},
+            {"E[]", "{E.A, p.E.B,}", "{p.E.A, p.E.B}"},
+    };
+    for (const Case& c : kCases) {
+        EXPECT_EQ(Evaluate(c.type, c.expression), c.result) << c.expression;
+    }
+}
+
+TEST(Constants, ExpressionsWithoutValueAreErrors) {
+    const Case kCases[] = {
+            {"const int", "2147483648", "value 2147483648 is out of range\n"},
+            {"const int", "2147483647 + 1", "result does not fit 32 bits\n"},
+            {"const long", "9223372036854775807 + 1", "result does not fit 64 bits\n"},
+            {"const long", "(-9223372036854775807 - 1L) / -1", "result does not fit 64 bits\n"},
+            {"const long", "-(-9223372036854775808)", "result does not fit 64 bits\n"},
+            {"const long", "9223372036854775808", "integer literal is too large\n"},
+            {"const long", "0x10000000000000000", "integer literal is too large\n"},
+            {"const long", "-0x8000000000000000", "integer literal is too large\n"},
+            {"const byte", "128", "value 128 is out of range\n"},
+            {"const byte", "256u8", "byte literal is not within 0u8 and 255u8\n"},
+            {"const int", "1 / (1 - 1)", "division by zero\n"},
+            {"const int", "1 << 32", "shift by a negative number or too far\n"},
+            {"const int", "1 >> -1", "shift by a negative number or too far\n"},
+            {"const int", "12ab", "malformed integer literal\n"},
+            {"const int", "0x", "malformed integer literal\n"},
+            {"const int", "\"a\"", "expected an integer\n"},
+            {"const int", "\"a\" * 2", "operator * cannot be applied to these values\n"},
+            {"const int", "X", "no constant 'X' that is defined before this\n"},
+            {"const int", "Nowhere.X", "no constant 'Nowhere.X' that is defined before this\n"},
+            {"const String", "1", "expected a string\n"},
+            {"boolean", "1", "expected true or false\n"},
+            {"char", "'ab'", "expected one character in single quotes\n"},
+            {"float", "1", "expected a floating-point literal\n"},
+            {"float", "1e99", "value does not fit a float\n"},
+            {"double", "1e999", "floating-point literal is out of range\n"},
+            {"double", "1.5.5", "malformed floating-point literal\n"},
+            {"double", "1.0 + 1.0", "operator + cannot be applied to these values\n"},
+            {"int[]", "1", "an array's value is a list in braces\n"},
+            {"E", "5", "expected an enumerator of p.E\n"},
+            {"E", "E.A + 0", "expected an enumerator of p.E\n"},
+            {"U", "1", "type 'U' takes no value here\n"},
+    };
+    for (const Case& c : kCases) {
+        EXPECT_EQ(Evaluate(c.type, c.expression), c.result) << c.expression;
+    }
+}
+
+TEST(Constants, EnumeratorsCountOnAndMayNameEarlierOnes) {
+    MemoryFiles files{{"p/T.aidl",
+                       "package p; @Backing(type=\"byte\") enum T { A, B = A + 5, C, "
+                       "D = T.C | 16, E }"}};
+    ASSERT_EQ(RunCommand(files, {"--dumpapi", "--structured", "--out=d", "p/T.aidl"}), "");
+    EXPECT_EQ(files.files["d/p/T.aidl"],
+              "package p;\n@Backing(type=\"byte\")\nenum T {\n  A = 0,\n  B = 5,\n  C = 6,\n"
+              "  D = 22,\n  E = 23,\n}\n");
+    EXPECT_EQ(GenerateT("package p; enum T { A = 127, B }"),
+              "p/T.aidl:1:30: error: value is out of range\n");
+    EXPECT_EQ(GenerateT("package p; enum T { A = B, B }"),
+              "p/T.aidl:1:25: error: no constant 'B' that is defined before this\n");
+}
+
+TEST(Constants, ConstantsThatReferInACircleAreRefused) {
+    MemoryFiles files{{"p/T.aidl", "package p; interface T { const int A = U.B; }"},
+                      {"p/U.aidl", "package p; interface U { const int B = T.A; }"}};
+    EXPECT_EQ(Generate(files),
+              "./p/U.aidl:1:40: error: no constant 'T.A' that is defined before this\n");
+}
+
+}  // namespace
+}  // namespace zarvo::host::aidl

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "tests/aidl/MemoryFiles.h"
+
+namespace zarvo::host::aidl {
+namespace {
+
+std::string Repeat(std::string_view text, size_t count) {
+    std::string result;
+    for (size_t i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+std::string Constant(const std::string& expression) {
+    return "package p; interface T { const int X = " + expression + "; }";
+}
+
+/** The first message without its place; deep and long input must end in one, not in a crash. */
+std::string Complaint(const std::string& text) {
+    const std::string messages = GenerateT(text);
+    const size_t start = messages.find("error: ");
+    if (start == std::string::npos) return "none";
+    return messages.substr(start + 7, messages.find('\n') - start - 7);
+}
+
+TEST(HostileInput, DeepAndLongTextsEndInAMessage) {
+    const std::string many = Repeat("int a; ", 3000);
+    EXPECT_EQ(Complaint(Constant(Repeat("(", 100000))), "expression is nested too deeply");
+    EXPECT_EQ(Complaint(Constant(Repeat("{", 100000))), "expression is nested too deeply");
+    EXPECT_EQ(Complaint(Constant(Repeat("~", 100000) + "1")), "expression is nested too deeply");
+    EXPECT_EQ(Complaint(Constant(Repeat("1+", 50000) + "1")), "expression is too long");
+    EXPECT_EQ(Complaint(Constant(Repeat("a.", 50000) + "a")), "name longer than 255 bytes");
+    EXPECT_EQ(Complaint("package " + std::string(100000, 'a')), "word longer than 255 bytes");
+    EXPECT_EQ(Complaint("package p; parcelable T {" + many + "}"), "too many members");
+    EXPECT_EQ(Complaint("package p; enum T {" + Repeat("A, ", 3000) + "}"), "too many enumerators");
+    EXPECT_EQ(Complaint("package p; " + Repeat("@A ", 100) + "enum T { A }"),
+              "too many annotations");
+    EXPECT_EQ(Complaint("package p; " + Repeat("import a.B; ", 3000)), "too many imports");
+    EXPECT_EQ(Complaint("package p; parcelable T { List" + Repeat("<List", 10000)),
+              "lists of lists or arrays are not supported");
+    EXPECT_EQ(Complaint("package p; parcelable T { int" + Repeat("[]", 10000)),
+              "arrays of arrays or lists are not supported");
+}
+
+TEST(HostileInput, ChainsOfConstantsEndInAMessage) {
+    std::string text = "package p; interface T { ";
+    for (int i = 0; i < 1000; ++i) {
+        text += "const int C" + std::to_string(i) + " = C" + std::to_string(i + 1) + "; ";
+    }
+    EXPECT_EQ(Complaint(text + "const int C1000 = 1; }"),
+              "constants refer to each other in too long a chain");
+    text = "package p; interface T { const String S0 = \"0123456789\"; ";
+    for (int i = 0; i < 100; ++i) {
+        const std::string before = "S" + std::to_string(i);
+        text += "const String S" + std::to_string(i + 1) + " = " + before + " + " + before + "; ";
+    }
+    EXPECT_EQ(Complaint(text + "}"), "string is too long");
+}
+
+TEST(HostileInput, ImportsInACircleAreNoTrouble) {
+    MemoryFiles files{{"p/T.aidl", "package p; import p.U; interface T { void a(U u); }"},
+                      {"p/U.aidl", "package p; import p.T; interface U { void a(T t); }"}};
+    EXPECT_EQ(Generate(files), "");
+}
+
+TEST(HostileInput, AChainOfImportsEndsInAMessage) {
+    MemoryFiles files{{"p/T.aidl", "package p; parcelable T { T0 t; }"}};
+    for (int i = 0; i < 3000; ++i) {
+        const std::string name = "T" + std::to_string(i);
+        files.files["p/" + name + ".aidl"] =
+                "package p; parcelable " + name + " { T" + std::to_string(i + 1) + " t; }";
+    }
+    EXPECT_EQ(Generate(files), "error: more than 1000 files\n");
+}
+
+TEST(HostileInput, DamagedTextsNeverCrash) {
+    const std::string kText = R"(/* l */ package p; import p.U; @VintfStability
+        oneway interface T { const long A = (1 << 3) + -0x7fL * 2 / 3; const String S = "a" + "b";
+        void a(in @utf8InCpp String s, in int[] b, in List<U> c) = 1; // c
+        /** @deprecated d */ @nullable T b(inout U u, out byte[] c) = 2; })";
+    std::mt19937 random(7);  // NOLINT: the same texts in every run
+    for (int run = 0; run < 3000; ++run) {
+        std::string text = kText;
+        for (unsigned damage = 0; damage <= random() % 4; ++damage) {
+            const size_t at = random() % text.size();
+            switch (random() % 4) {
+                case 0:
+                    text[at] = static_cast<char>(random());
+                    break;
+                case 1:
+                    text.erase(at, random() % 8);
+                    break;
+                case 2:
+                    text.insert(at, text.substr(random() % text.size(), random() % 16));
+                    break;
+                default:
+                    text.resize(at + 1);
+            }
+        }
+        MemoryFiles files{{"p/T.aidl", text}, {"p/U.aidl", "package p; parcelable U {}"}};
+        const std::string messages = Generate(files);
+        EXPECT_TRUE(messages.empty() || messages.starts_with("p/T.aidl:")) << messages;
+    }
+}
+
+}  // namespace
+}  // namespace zarvo::host::aidl
