@@ -59,6 +59,13 @@ const WriteCase kWrites[] = {
         {"lone surrogate", [](AParcel* p) { return WriteText(p, "\xed\xa0\x80"); },
          "0100000000d80000"},
         {"NUL within", [](AParcel* p) { return WriteText(p, "a\0b"); }, "030000006100000062000000"},
+        {"interface name",
+         [](AParcel* p) { return WriteText(p, "vendor.zarvo.hardware.camera.aon.IAONService"); },
+         "2c000000760065006e0064006f0072002e007a006100720076006f002e0068006100720064007700610072006"
+         "5"
+         "002e00630061006d006500720061002e0061006f006e002e00490041004f004e0053006500720076006900630"
+         "0"
+         "650000000000"},
         {"null string", [](AParcel* p) { return AParcel_writeString(p, nullptr, -1); }, "ffffffff"},
         {"null string with a length", [](AParcel* p) { return AParcel_writeString(p, nullptr, 0); },
          "", STATUS_BAD_VALUE},
