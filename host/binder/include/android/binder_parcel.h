@@ -168,8 +168,8 @@ ABINDER_API binder_status_t AParcel_readByte(const AParcel* parcel, int8_t* valu
 
 /*
  * Arrays of values in one piece: booleans and chars take 4 bytes each, bytes are packed. Null goes
- * with a length of -1 or 0 and is then a null array; STATUS_BAD_VALUE for other negative lengths
- * and for null with a length.
+ * with a length of -1, a null array, or of 0, an empty one. STATUS_BAD_VALUE for null with a
+ * length, for a length below -1, and for -1 with anything but null.
  */
 
 ABINDER_API binder_status_t AParcel_writeInt32Array(AParcel* parcel, const int32_t* arrayData,

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <android/log.h>
+
+/** Misuse that a caller cannot be told otherwise goes to the log. */
+#define BINDER_LOGE(format, ...) \
+    __android_log_print(ANDROID_LOG_ERROR, "libbinder_ndk", format __VA_OPT__(, ) __VA_ARGS__)
