@@ -22,13 +22,14 @@ namespace ndk {
 inline binder_status_t AParcel_writeString(AParcel* parcel, const std::string& string) {
     int32_t length = 0;
     const char* data = internal::StringData(string, &length);
-    return data == nullptr ? STATUS_BAD_VALUE : ::AParcel_writeString(parcel, data, length);
+    return ::AParcel_writeString(parcel, data, length);
 }
 
 inline binder_status_t AParcel_writeString(AParcel* parcel,
                                            const std::optional<std::string>& string) {
-    if (!string.has_value()) return ::AParcel_writeString(parcel, nullptr, -1);
-    return AParcel_writeString(parcel, *string);
+    int32_t length = 0;
+    const char* data = internal::StringData(string, &length);
+    return ::AParcel_writeString(parcel, data, length);
 }
 
 inline binder_status_t AParcel_readString(const AParcel* parcel, std::string* string) {

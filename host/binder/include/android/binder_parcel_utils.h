@@ -70,11 +70,11 @@ inline constexpr bool kIsString =
         std::is_same_v<T, std::string> || std::is_same_v<T, std::optional<std::string>>;
 
 template <typename Sequence>
-binder_status_t WriteNumericSequence(AParcel* parcel, const Sequence& sequence, int32_t length) {
+binder_status_t WriteNumericSequence(AParcel* parcel, const Sequence* sequence, int32_t length) {
     using Wire = WireType<ElementType<Sequence>>;
     const Wire none{};  // an empty vector may have no address, and no address may stand for null
-    const Wire* data = length < 0 ? nullptr : &none;
-    if (length > 0) data = reinterpret_cast<const Wire*>(ElementsOf(sequence).data());
+    const Wire* data = sequence == nullptr ? nullptr : &none;
+    if (length > 0) data = reinterpret_cast<const Wire*>(ElementsOf(*sequence).data());
     return WriteNumbers(parcel, data, length);
 }
 
@@ -83,14 +83,15 @@ binder_status_t WriteSequence(AParcel* parcel, const Sequence& sequence) {
     using Element = ElementType<Sequence>;
     int32_t length = 0;
     if (!LengthOf(sequence, &length)) return STATUS_BAD_VALUE;
+    const Sequence* data = length < 0 ? nullptr : &sequence;
     if constexpr (kIsNumeric<Element>) {
-        return WriteNumericSequence(parcel, sequence, length);
+        return WriteNumericSequence(parcel, data, length);
     } else if constexpr (std::is_same_v<Element, bool>) {
-        return AParcel_writeBoolArray(parcel, &sequence, length, GetBool<Sequence>);
+        return AParcel_writeBoolArray(parcel, data, length, GetBool<Sequence>);
     } else if constexpr (kIsString<Element>) {
-        return AParcel_writeStringArray(parcel, &sequence, length, GetStringElement<Sequence>);
+        return AParcel_writeStringArray(parcel, data, length, GetStringElement<Sequence>);
     } else {
-        return AParcel_writeParcelableArray(parcel, &sequence, length, WriteElement<Sequence>);
+        return AParcel_writeParcelableArray(parcel, data, length, WriteElement<Sequence>);
     }
 }
 
