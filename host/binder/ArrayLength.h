@@ -7,7 +7,8 @@ namespace zarvo::host {
 /** The length of a null array. */
 constexpr int32_t kNullArray = -1;
 
-/** Writes the length of an array; STATUS_BAD_VALUE if it does not go with null or the lack of it. */
+/** Writes the length of an array; STATUS_BAD_VALUE if it does not go with null or the lack of it.
+ */
 inline binder_status_t WriteArrayLength(AParcel* parcel, bool isNull, int32_t length) {
     if (length < kNullArray || (isNull ? length > 0 : length < 0)) return STATUS_BAD_VALUE;
     return parcel->Write(length);

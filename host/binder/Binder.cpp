@@ -30,6 +30,7 @@ void RefBlock::DecWeak() {
 }  // namespace zarvo::host
 
 using zarvo::host::RefBlock;
+using zarvo::host::WeakRef;
 
 void AIBinder_incStrong(AIBinder* binder) {
     if (binder != nullptr) binder->IncStrong();
@@ -55,7 +56,7 @@ bool AIBinder_lt(const AIBinder* lhs, const AIBinder* rhs) {
 }
 
 AIBinder_Weak* AIBinder_Weak_new(AIBinder* binder) {
-    return binder == nullptr ? nullptr : new AIBinder_Weak(binder->Refs());
+    return binder == nullptr ? nullptr : new AIBinder_Weak{WeakRef(binder->Refs())};
 }
 
 void AIBinder_Weak_delete(AIBinder_Weak* weakBinder) {
@@ -63,16 +64,16 @@ void AIBinder_Weak_delete(AIBinder_Weak* weakBinder) {
 }
 
 AIBinder* AIBinder_Weak_promote(AIBinder_Weak* weakBinder) {
-    return weakBinder == nullptr ? nullptr : weakBinder->mRefs->Promote();
+    return weakBinder == nullptr ? nullptr : weakBinder->ref.Promote().Release();
 }
 
 AIBinder_Weak* AIBinder_Weak_clone(const AIBinder_Weak* weak) {
-    return weak == nullptr ? nullptr : new AIBinder_Weak(weak->mRefs);
+    return weak == nullptr ? nullptr : new AIBinder_Weak(*weak);
 }
 
 bool AIBinder_Weak_lt(const AIBinder_Weak* lhs, const AIBinder_Weak* rhs) {
     const auto refs = [](const AIBinder_Weak* weak) -> const RefBlock* {
-        return weak == nullptr ? nullptr : weak->mRefs;
+        return weak == nullptr ? nullptr : weak->ref.Refs();
     };
     return std::less<>{}(refs(lhs), refs(rhs));
 }

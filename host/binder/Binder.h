@@ -40,10 +40,10 @@ class RefBlock {
 
 /** Transactions every object answers by itself, besides those of its interface. */
 enum SpecialTransaction : transaction_code_t {
-    kPingTransaction = 0x5F504E47,        // _PNG
-    kInterfaceTransaction = 0x5F4E5446,   // _NTF
-    kExtensionTransaction = 0x5F455854,   // _EXT
-    kDebugPidTransaction = 0x5F504944,    // _PID
+    kPingTransaction = 0x5F504E47,       // _PNG
+    kInterfaceTransaction = 0x5F4E5446,  // _NTF
+    kExtensionTransaction = 0x5F455854,  // _EXT
+    kDebugPidTransaction = 0x5F504944,   // _PID
 };
 
 }  // namespace zarvo::host
@@ -84,12 +84,30 @@ struct AIBinder {
     zarvo::host::RefBlock* const mRefs;
 };
 
-/** A name of an object. Owned by the caller; one thread at a time. */
-struct AIBinder_Weak {
-    explicit AIBinder_Weak(zarvo::host::RefBlock* refs) : mRefs(refs) { mRefs->IncWeak(); }
-    AIBinder_Weak(const AIBinder_Weak&) = delete;
-    AIBinder_Weak& operator=(const AIBinder_Weak&) = delete;
-    ~AIBinder_Weak() { mRefs->DecWeak(); }
+namespace zarvo::host {
 
-    zarvo::host::RefBlock* const mRefs;
+/** Names an object without keeping it. As thread-safe as a plain pointer. */
+class WeakRef {
+  public:
+    explicit WeakRef(RefBlock* refs) : mRefs(refs) { mRefs->IncWeak(); }
+    WeakRef(const WeakRef& other) : WeakRef(other.mRefs) {}
+    WeakRef& operator=(WeakRef other) noexcept {
+        std::swap(mRefs, other.mRefs);
+        return *this;
+    }
+    ~WeakRef() { mRefs->DecWeak(); }
+
+    RefBlock* Refs() const { return mRefs; }
+    /** The object, null if it has ended. */
+    Ref<AIBinder> Promote() const { return Ref<AIBinder>::Adopt(mRefs->Promote()); }
+
+  private:
+    RefBlock* mRefs;
+};
+
+}  // namespace zarvo::host
+
+/** A name of an object, owned by the caller. */
+struct AIBinder_Weak {
+    zarvo::host::WeakRef ref;
 };

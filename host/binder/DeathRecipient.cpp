@@ -20,19 +20,13 @@ std::set<std::shared_ptr<DeathLink>> DeathLinkSet::TakeAll() {
     return std::exchange(mLinks, {});
 }
 
-DeathLink::DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, RefBlock* proxy)
+DeathLink::DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, WeakRef proxy)
     : mRecipient(recipient),
       mCookie(cookie),
       mOnDied(recipient->onDied),
       mOnUnlinked(recipient->onUnlinked),
-      mProxy(proxy),
-      mSiblings(recipient->links) {
-    mProxy->IncWeak();
-}
-
-DeathLink::~DeathLink() {
-    mProxy->DecWeak();
-}
+      mProxy(std::move(proxy)),
+      mSiblings(recipient->links) {}
 
 bool DeathLink::End(void (*notice)(void*)) {
     if (mTaken.exchange(true)) return false;
@@ -43,9 +37,7 @@ bool DeathLink::End(void (*notice)(void*)) {
 }
 
 void DeathLink::DropAndForget() {
-    if (const auto proxy = Ref<AIBinder>::Adopt(mProxy->Promote())) {
-        proxy->AsProxy()->Forget(this);
-    }
+    if (const auto proxy = mProxy.Promote()) proxy->AsProxy()->Forget(this);
     Drop();
 }
 
@@ -55,7 +47,7 @@ binder_status_t Link(AIBinder* binder, AIBinder_DeathRecipient* recipient, void*
     ProxyBinder* const proxy = binder->AsProxy();
     if (proxy == nullptr) return STATUS_INVALID_OPERATION;
     if (BinderFaults::Instance().linkToDeath.ShouldFail()) return STATUS_FAILED_TRANSACTION;
-    const auto link = std::make_shared<DeathLink>(recipient, cookie, proxy->Refs());
+    const auto link = std::make_shared<DeathLink>(recipient, cookie, WeakRef(proxy->Refs()));
     recipient->links->Add(link);
     const binder_status_t status = proxy->Link(link);
     if (status != STATUS_OK) recipient->links->Remove(link);
@@ -77,7 +69,8 @@ void AIBinder_DeathRecipient_setOnUnlinked(AIBinder_DeathRecipient* recipient,
 
 void AIBinder_DeathRecipient_delete(AIBinder_DeathRecipient* recipient) {
     if (recipient == nullptr) return;
-    for (const auto& link : recipient->links->TakeAll()) link->DropAndForget();
+    for (const auto& link : recipient->links->TakeAll())
+        link->DropAndForget();
     delete recipient;
 }
 

@@ -7,10 +7,11 @@
 #include <mutex>
 #include <set>
 
+#include "host/binder/Binder.h"
+
 namespace zarvo::host {
 
 class DeathLink;
-class RefBlock;
 
 /** The links of one recipient that are not gone yet. Shared by recipient and links; thread-safe. */
 class DeathLinkSet {
@@ -31,8 +32,7 @@ class DeathLinkSet {
  */
 class DeathLink : public std::enable_shared_from_this<DeathLink> {
   public:
-    DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, RefBlock* proxy);
-    ~DeathLink();
+    DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, WeakRef proxy);
     DeathLink(const DeathLink&) = delete;
     DeathLink& operator=(const DeathLink&) = delete;
 
@@ -53,7 +53,7 @@ class DeathLink : public std::enable_shared_from_this<DeathLink> {
     void* const mCookie;
     void (*const mOnDied)(void*);
     void (*const mOnUnlinked)(void*);
-    RefBlock* const mProxy;
+    const WeakRef mProxy;
     const std::shared_ptr<DeathLinkSet> mSiblings;
     std::atomic<bool> mTaken{false};
 };

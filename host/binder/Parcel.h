@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/binder/Binder.h"
 #include "host/binder/ParcelBuffer.h"
-#include "host/binder/Ref.h"
 #include "host/binder/Session.h"
 
 static_assert(std::endian::native == std::endian::little, "parcels carry values as they lie here");
@@ -109,8 +109,8 @@ struct AParcel {
     /** Where the object at `position` stands in mObjects, or would. */
     std::vector<Object>::iterator Place(size_t position) const;
 
-    const std::shared_ptr<zarvo::host::Session> mSession;
-    const zarvo::host::Ref<AIBinder> mTarget;
+    const std::shared_ptr<zarvo::host::Session> mSession{};
+    const zarvo::host::Ref<AIBinder> mTarget{};
     zarvo::host::ParcelBuffer mBuffer;
     mutable size_t mPosition = 0;
     /** By position. Mutable: what the session resolves is kept, so that it is counted once. */

@@ -34,11 +34,11 @@ binder_status_t ReadLength(const AParcel* parcel, size_t elementBytes, void* dat
 }
 
 template <typename T>
-binder_status_t ReadArray(const AParcel* parcel, void* data, bool (*allocator)(void*, int32_t, T**)) {
+binder_status_t ReadArray(const AParcel* parcel, void* data,
+                          bool (*allocator)(void*, int32_t, T**)) {
     int32_t length = 0;
     T* values = nullptr;
-    const binder_status_t status =
-            ReadLength(parcel, sizeof(T), data, allocator, &length, &values);
+    const binder_status_t status = ReadLength(parcel, sizeof(T), data, allocator, &length, &values);
     if (status != STATUS_OK || length <= 0) return status;
     const size_t bytes = static_cast<size_t>(length) * sizeof(T);
     const uint8_t* const place = parcel->Take(bytes);
@@ -49,8 +49,7 @@ binder_status_t ReadArray(const AParcel* parcel, void* data, bool (*allocator)(v
 
 }  // namespace
 
-binder_status_t AParcel_writeInt32Array(AParcel* parcel, const int32_t* arrayData,
-                                        int32_t length) {
+binder_status_t AParcel_writeInt32Array(AParcel* parcel, const int32_t* arrayData, int32_t length) {
     return WriteArray(parcel, arrayData, length);
 }
 
@@ -59,8 +58,7 @@ binder_status_t AParcel_writeUint32Array(AParcel* parcel, const uint32_t* arrayD
     return WriteArray(parcel, arrayData, length);
 }
 
-binder_status_t AParcel_writeInt64Array(AParcel* parcel, const int64_t* arrayData,
-                                        int32_t length) {
+binder_status_t AParcel_writeInt64Array(AParcel* parcel, const int64_t* arrayData, int32_t length) {
     return WriteArray(parcel, arrayData, length);
 }
 
@@ -73,8 +71,7 @@ binder_status_t AParcel_writeFloatArray(AParcel* parcel, const float* arrayData,
     return WriteArray(parcel, arrayData, length);
 }
 
-binder_status_t AParcel_writeDoubleArray(AParcel* parcel, const double* arrayData,
-                                         int32_t length) {
+binder_status_t AParcel_writeDoubleArray(AParcel* parcel, const double* arrayData, int32_t length) {
     return WriteArray(parcel, arrayData, length);
 }
 
@@ -82,8 +79,7 @@ binder_status_t AParcel_writeByteArray(AParcel* parcel, const int8_t* arrayData,
     return WriteArray(parcel, arrayData, length);
 }
 
-binder_status_t AParcel_writeCharArray(AParcel* parcel, const char16_t* arrayData,
-                                       int32_t length) {
+binder_status_t AParcel_writeCharArray(AParcel* parcel, const char16_t* arrayData, int32_t length) {
     binder_status_t status = WriteArrayLength(parcel, arrayData == nullptr, length);
     for (int32_t i = 0; status == STATUS_OK && i < length; ++i) {
         status = AParcel_writeChar(parcel, arrayData[i]);

@@ -20,7 +20,7 @@ ParcelBuffer::~ParcelBuffer() {
 uint8_t* ParcelBuffer::Extend(size_t position, size_t length) {
     if (position > kLongest || length > kLongest - position) return nullptr;
     const size_t end = position + length;
-    if (end > mCapacity && !Reserve(end)) return nullptr;
+    if ((mData == nullptr || end > mCapacity) && !Reserve(end)) return nullptr;
     if (position > mSize) std::memset(mData + mSize, 0, position - mSize);
     mSize = std::max(mSize, end);
     return mData + position;

@@ -72,8 +72,7 @@ binder_status_t AParcel_readStringArray(const AParcel* parcel, void* arrayData,
 
 /* Parcelables are told apart from strings and numbers by one thing only: a refused null. */
 
-binder_status_t AParcel_writeParcelableArray(AParcel* parcel, const void* arrayData,
-                                             int32_t length,
+binder_status_t AParcel_writeParcelableArray(AParcel* parcel, const void* arrayData, int32_t length,
                                              AParcel_writeParcelableElement elementWriter) {
     binder_status_t status = WriteArrayLength(parcel, arrayData == nullptr, length);
     for (int32_t i = 0; status == STATUS_OK && i < length; ++i) {

@@ -12,7 +12,8 @@
 namespace zarvo::host {
 
 ProxyBinder::~ProxyBinder() {
-    while (const auto link = TakeFirstLink()) link->Drop();
+    while (const auto link = TakeFirstLink())
+        link->Drop();
     mSession->ProxyEnded(this);
 }
 
@@ -77,9 +78,9 @@ binder_status_t ProxyBinder::Unlink(const AIBinder_DeathRecipient* recipient, co
     std::shared_ptr<DeathLink> link;
     {
         const std::lock_guard lock(mMutex);
-        const auto found = std::find_if(
-                mLinks.begin(), mLinks.end(),
-                [&](const auto& candidate) { return candidate->Is(recipient, cookie); });
+        const auto found = std::find_if(mLinks.begin(), mLinks.end(), [&](const auto& candidate) {
+            return candidate->Is(recipient, cookie);
+        });
         if (found == mLinks.end()) return STATUS_NAME_NOT_FOUND;
         if (!IsAlive()) return STATUS_DEAD_OBJECT;
         link = *found;
@@ -96,7 +97,8 @@ void ProxyBinder::Forget(const DeathLink* link) {
 }
 
 void ProxyBinder::NotifyDeath() {
-    while (const auto link = TakeFirstLink()) link->Fire();
+    while (const auto link = TakeFirstLink())
+        link->Fire();
 }
 
 std::shared_ptr<DeathLink> ProxyBinder::TakeFirstLink() {

@@ -58,7 +58,7 @@ class ProxyBinder final : public AIBinder {
     std::atomic<const AIBinder_Class*> mClass{nullptr};
 
     std::mutex mMutex;
-    std::optional<std::u16string> mDescriptor;       // mMutex
+    std::optional<std::u16string> mDescriptor;      // mMutex
     std::deque<std::shared_ptr<DeathLink>> mLinks;  // mMutex
 };
 

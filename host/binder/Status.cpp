@@ -39,8 +39,7 @@ AStatus* AStatus_fromServiceSpecificError(int32_t serviceSpecific) {
     return AStatus_fromServiceSpecificErrorWithMessage(serviceSpecific, "");
 }
 
-AStatus* AStatus_fromServiceSpecificErrorWithMessage(int32_t serviceSpecific,
-                                                     const char* message) {
+AStatus* AStatus_fromServiceSpecificErrorWithMessage(int32_t serviceSpecific, const char* message) {
     return new AStatus{EX_SERVICE_SPECIFIC, serviceSpecific, message};
 }
 

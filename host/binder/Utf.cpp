@@ -90,7 +90,8 @@ class UnitReader {
 
 size_t Utf8Length(char32_t point) {
     size_t length = 1;
-    while (length < 4 && point >= kForms[length].least) ++length;
+    while (length < 4 && point >= kForms[length].least)
+        ++length;
     return length;
 }
 
@@ -118,12 +119,14 @@ std::optional<std::u16string> Utf8ToUtf16(std::string_view utf8) {
 
 size_t Utf8Length(const uint8_t* units, size_t count) {
     size_t length = 0;
-    for (UnitReader reader(units, count); !reader.AtEnd();) length += Utf8Length(reader.Take());
+    for (UnitReader reader(units, count); !reader.AtEnd();)
+        length += Utf8Length(reader.Take());
     return length;
 }
 
 void Utf16ToUtf8(const uint8_t* units, size_t count, char* utf8) {
-    for (UnitReader reader(units, count); !reader.AtEnd();) utf8 = PutUtf8(reader.Take(), utf8);
+    for (UnitReader reader(units, count); !reader.AtEnd();)
+        utf8 = PutUtf8(reader.Take(), utf8);
 }
 
 }  // namespace zarvo::host
