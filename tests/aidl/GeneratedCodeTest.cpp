@@ -1,0 +1,236 @@
+#include <aidl/fixture/app/BnGallery.h>
+#include <aidl/fixture/app/BnWatcher.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "host/binder/Loopback.h"
+#include "tests/aidl/ParcelBytes.h"
+
+namespace zarvo::host::aidl {
+namespace {
+
+using namespace ::aidl::fixture::app;
+using namespace ::aidl::fixture::base;
+using ndk::ScopedAStatus;
+
+class Gallery : public BnGallery {
+  public:
+    ScopedAStatus echo(const Picture& in_picture, Picture* _aidl_return) override {
+        *_aidl_return = in_picture;
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus sizes(std::vector<int32_t>* out_sizes, std::vector<Point>* out_points,
+                        Point* out_corner) override {
+        out_sizes->push_back(9);
+        out_points->push_back({1, 2});
+        out_corner->x = 4;
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus turn(Point* inout_point, std::vector<int32_t>* inout_values,
+                       int32_t* _aidl_return) override {
+        *inout_point = {static_cast<int32_t>(inout_point->y), inout_point->x};
+        inout_values->assign({inout_values->back(), inout_values->front()});
+        *_aidl_return = 3;
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus colors(const std::vector<Color>& in_colors, Color in_first, Level in_level,
+                         std::vector<Color>* _aidl_return) override {
+        *_aidl_return = {in_first};
+        _aidl_return->insert(_aidl_return->end(), in_colors.begin(), in_colors.end());
+        return in_level == Level::HIGH ? ScopedAStatus::ok()
+                                       : ScopedAStatus::fromExceptionCode(EX_ILLEGAL_ARGUMENT);
+    }
+    ScopedAStatus describe(bool in_a, int8_t in_b, char16_t in_c, int32_t in_d, int64_t in_e,
+                           float in_f, double in_g, const std::string& in_h,
+                           std::string* _aidl_return) override {
+        using ::android::internal::ToString;
+        for (const std::string& text :
+             {ToString(in_a), ToString(in_b), ToString(in_c), ToString(in_d), ToString(in_e),
+              ToString(in_f), ToString(in_g), in_h}) {
+            _aidl_return->append(text).append(" ");
+        }
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus names(const std::vector<std::string>& in_names, const std::vector<bool>& in_which,
+                        std::vector<std::string>* _aidl_return) override {
+        for (size_t i = 0; i < in_names.size(); ++i) {
+            if (in_which[i]) _aidl_return->push_back(in_names[i]);
+        }
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus swap(const Payload& in_payload, Payload* _aidl_return) override {
+        // An implementation that sets nothing sends the default value.
+        if (in_payload.getTag() != Payload::letter) *_aidl_return = in_payload;
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus note(const std::string& in_text) override {
+        noted.set_value(in_text);
+        return ScopedAStatus::fromExceptionCode(EX_SECURITY);  // nobody hears of it
+    }
+    ScopedAStatus watch(const std::shared_ptr<IWatcher>& in_watcher) override {
+        mWatcher = in_watcher;
+        if (mWatcher == nullptr) return ScopedAStatus::ok();
+        return mWatcher->seen(Payload::make<Payload::letter>(u'w'), ref<IGallery>());
+    }
+    ScopedAStatus watcher(std::shared_ptr<IWatcher>* _aidl_return) override {
+        *_aidl_return = mWatcher;
+        return ScopedAStatus::ok();
+    }
+
+    std::promise<std::string> noted;
+
+  private:
+    std::shared_ptr<IWatcher> mWatcher;
+};
+
+class Watcher : public BnWatcher {
+  public:
+    ScopedAStatus seen(const Payload& in_payload, const std::shared_ptr<IGallery>& from) override {
+        payload.set_value({in_payload, from});
+        return ScopedAStatus::ok();
+    }
+    ScopedAStatus closed(int32_t) override { return ScopedAStatus::ok(); }
+
+    std::promise<std::pair<Payload, std::shared_ptr<IGallery>>> payload;
+};
+
+class GeneratedCode : public testing::Test {
+  protected:
+    const std::shared_ptr<Gallery> gallery = ndk::SharedRefBase::make<Gallery>();
+    const std::shared_ptr<Loopback> loopback = Loopback::Connect(gallery->asBinder().get());
+    const std::shared_ptr<IGallery> proxy = IGallery::fromBinder(loopback->Root());
+};
+
+TEST_F(GeneratedCode, DefaultsAreThoseOfTheSources) {
+    EXPECT_EQ(Picture().toString(),
+              "Picture{visible: true, alpha: -1, mark: 109, width: -2147483648, time: 0, scale: "
+              "-1.500000, angle: 2.000000, title: untitled, color: GREEN, border: RED, pixels: "
+              "[0, 127, 255], times: [], marks: [97, 98], palette: [RED, BLUE], tags: [one, px "
+              "${name}], corners: [], center: Point{x: 3, y: -9223372036854775808}, payload: "
+              "Payload{text: none}, nothing: Empty{}, watcher: (null)}");
+    EXPECT_EQ(+Point::DIMENSIONS, 2);
+    EXPECT_EQ(+Point::FAR, std::numeric_limits<int64_t>::max());
+    EXPECT_EQ(+Point::BITS, -1);
+    EXPECT_STREQ(Point::UNIT, "px ${name}");
+}
+
+TEST_F(GeneratedCode, EnumsHaveNamesAndAreListedInOrder) {
+    EXPECT_EQ(toString(Color::AZURE), "BLUE");
+    EXPECT_EQ(toString(static_cast<Color>(77)), "77");
+    EXPECT_EQ(static_cast<int64_t>(Level::HIGH), int64_t{1} << 40);
+    std::string names;
+    for (const Color color : ndk::enum_range<Color>())
+        names += toString(color) + " ";
+    EXPECT_EQ(names, "RED GREEN BLUE BLUE ");
+    EXPECT_EQ(Written(Color::GREEN), "05000000");
+    EXPECT_EQ(Written(std::vector<Color>{Color::GREEN, Color::BLUE}), "0200000005060000");
+    EXPECT_EQ(Written(Level::HIGH), "0000000000010000");
+    EXPECT_EQ(Written(Empty()), "0100000004000000");
+    EXPECT_TRUE(Empty() == Empty() && !(Empty() < Empty()));
+}
+
+TEST_F(GeneratedCode, RecordsOfAllTypesTravelThereAndBack) {
+    Picture picture;
+    picture.times = {-1, 1};
+    picture.corners = {{1, 2}, {3, 4}};
+    picture.payload = Payload::make<Payload::points>(std::vector<Point>{{5, 6}});
+    picture.watcher = ndk::SharedRefBase::make<Watcher>();
+    Picture back;
+    ASSERT_TRUE(proxy->echo(picture, &back).isOk());
+    EXPECT_EQ(back, picture) << back.toString();
+}
+
+TEST_F(GeneratedCode, OutArraysArriveWithTheCallersLengthAndListsEmpty) {
+    std::vector<int32_t> sizes = {7, 7};
+    std::vector<Point> points(3);
+    Point corner{8, 8};
+    ASSERT_TRUE(proxy->sizes(&sizes, &points, &corner).isOk());
+    EXPECT_EQ(sizes, (std::vector<int32_t>{0, 0, 9}));
+    EXPECT_EQ(points, (std::vector<Point>{{1, 2}}));
+    EXPECT_EQ(corner, (Point{4, std::numeric_limits<int64_t>::min()}));
+}
+
+TEST_F(GeneratedCode, InOutArgumentsGoBothWays) {
+    Point point{1, 2};
+    std::vector<int32_t> values = {5, 6, 7};
+    int32_t result = 0;
+    ASSERT_TRUE(proxy->turn(&point, &values, &result).isOk());
+    EXPECT_EQ(point, (Point{2, 1}));
+    EXPECT_EQ(values, (std::vector<int32_t>{7, 5}));
+    EXPECT_EQ(result, 3);
+}
+
+TEST_F(GeneratedCode, EveryTypeOfArgumentArrives) {
+    std::vector<Color> colors;
+    ASSERT_TRUE(proxy->colors({Color::BLUE}, Color::GREEN, Level::HIGH, &colors).isOk());
+    EXPECT_EQ(colors, (std::vector<Color>{Color::GREEN, Color::BLUE}));
+    EXPECT_EQ(proxy->colors({}, Color::RED, Level::LOW, &colors).getExceptionCode(),
+              EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(colors.size(), 2u) << "an error touched the result";
+
+    std::string text;
+    ASSERT_TRUE(
+            proxy->describe(true, -2, u'A', -3, int64_t{1} << 40, 0.5f, 0.25, "h", &text).isOk());
+    EXPECT_EQ(text, "true -2 65 -3 1099511627776 0.500000 0.250000 h ");
+    std::vector<std::string> names;
+    ASSERT_TRUE(proxy->names({"a", "b", "c"}, {true, false, true}, &names).isOk());
+    EXPECT_EQ(names, (std::vector<std::string>{"a", "c"}));
+}
+
+TEST_F(GeneratedCode, UnionsTravelInEveryAlternative) {
+    const Payload kCases[] = {
+            Payload::make<Payload::text>("t"),
+            Payload::make<Payload::point>(Point{1, 2}),
+            Payload::make<Payload::colors>(std::vector<Color>{Color::BLUE}),
+            Payload::make<Payload::flags>(std::vector<bool>{true, false}),
+            Payload::make<Payload::level>(Level::LOWEST),
+    };
+    for (const Payload& payload : kCases) {
+        Payload back;
+        ASSERT_TRUE(proxy->swap(payload, &back).isOk());
+        EXPECT_EQ(back, payload) << back.toString();
+    }
+    Payload back = kCases[1];
+    ASSERT_TRUE(proxy->swap(Payload::make<Payload::letter>(u'x'), &back).isOk());
+    EXPECT_EQ(back, Payload());
+}
+
+TEST_F(GeneratedCode, OnewayCallsReturnWithoutAnAnswer) {
+    EXPECT_TRUE(proxy->note("hello").isOk());
+    EXPECT_EQ(gallery->noted.get_future().get(), "hello");
+    loopback->Kill();
+    EXPECT_EQ(proxy->note("late").getStatus(), STATUS_DEAD_OBJECT);
+}
+
+TEST_F(GeneratedCode, InterfacesPassAsArgumentsAndResults) {
+    const auto watcher = ndk::SharedRefBase::make<Watcher>();
+    ASSERT_TRUE(proxy->watch(watcher).isOk());
+    const auto [payload, from] = watcher->payload.get_future().get();
+    EXPECT_EQ(payload.toString(), "Payload{letter: 119}");
+    ASSERT_NE(from, nullptr);
+    EXPECT_TRUE(from->isRemote());
+    std::shared_ptr<IWatcher> back;
+    ASSERT_TRUE(proxy->watcher(&back).isOk());
+    EXPECT_EQ(back, watcher);
+    ASSERT_TRUE(proxy->watch(nullptr).isOk());
+    ASSERT_TRUE(proxy->watcher(&back).isOk());
+    EXPECT_EQ(back, nullptr);
+}
+
+TEST_F(GeneratedCode, GivenNumbersAndVersionsAreUsed) {
+    EXPECT_EQ(+IWatcher::TRANSACTION_seen, 8u);
+    EXPECT_EQ(+IWatcher::TRANSACTION_closed, 4u);
+    int32_t version = 0;
+    std::string hash;
+    EXPECT_TRUE(proxy->getInterfaceVersion(&version).isOk());
+    EXPECT_TRUE(proxy->getInterfaceHash(&hash).isOk());
+    EXPECT_EQ(version, 2);
+    EXPECT_EQ(hash, "notfrozen");
+}
+
+}  // namespace
+}  // namespace zarvo::host::aidl
