@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -145,6 +146,40 @@ TEST(ParcelRead, MarshalGivesOnlyBytesThatAreThere) {
     EXPECT_EQ(bytes[0], 5);
     EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 4, 5), STATUS_BAD_VALUE);
     EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, SIZE_MAX, 2), STATUS_BAD_VALUE);
+}
+
+/** For the sanitizers: no bytes at all make a reader touch or allocate what is not there. */
+TEST(ParcelRead, RandomBytesHarmNoReader) {
+    binder_status_t (*const readers[])(const AParcel*) = {
+            Read<int64_t>,
+            Read<std::string>,
+            ReadNullable<std::optional<std::string>>,
+            Read<std::vector<uint8_t>>,
+            Read<std::vector<double>>,
+            Read<std::vector<bool>>,
+            Read<std::vector<char16_t>>,
+            Read<std::vector<std::string>>,
+            ReadObject,
+            [](const AParcel* parcel) {
+                return AParcel_readStatusHeader(parcel, ScopedAStatus().getR());
+            },
+    };
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        std::vector<uint8_t> bytes(random() % 64);
+        // Mostly small numbers and -1, so that lengths and counts often make sense.
+        for (uint8_t& byte : bytes) {
+            byte = static_cast<uint8_t>(random() % 4 != 0 ? 0 : random() % 16 - 2);
+        }
+        const ScopedAParcel parcel(AParcel_create());
+        ASSERT_EQ(AParcel_unmarshal(parcel.get(), bytes.data(), bytes.size()), STATUS_OK);
+        for (const auto reader : readers) {
+            const auto start = static_cast<int32_t>(random() % (bytes.size() + 8));
+            AParcel_setDataPosition(parcel.get(), start);
+            while (reader(parcel.get()) == STATUS_OK) {
+            }
+        }
+    }
 }
 
 struct OutcomeCase {
