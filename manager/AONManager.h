@@ -78,8 +78,9 @@ class AONManager : public std::enable_shared_from_this<AONManager>, public IAovS
     void onCallback(aov_event* event) override EXCLUDES(mMutex);
     /**
      * Stops a running stream, whichever sensor the camera uses, and reports the camera's sensors
-     * as busy from a thread of its own. Returns when the notification before this one is done.
-     * Throws std::system_error when that thread cannot be started.
+     * as busy from a thread of its own. With a receiver it returns when the notification before
+     * this one is done, without one at once. Throws std::system_error when that thread cannot be
+     * started.
      */
     void NotifyOpen(int instanceId) override EXCLUDES(mMutex, mNotifyMutex);
     /** Reports the camera's sensors as idle; otherwise like NotifyOpen. Starts no stream. */

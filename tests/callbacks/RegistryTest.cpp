@@ -2,6 +2,7 @@
 
 #include <future>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -30,6 +31,7 @@ class DeathListener : public IRemoteCallbackManagerListener {
 
     void OnRemoteCallbackDied(int64_t clientHandle, const Callback& callback) override {
         if (inside) inside();
+        std::lock_guard lock(mMutex);
         handles.push_back(clientHandle);
         callbacks.push_back(callback);
     }
@@ -37,6 +39,9 @@ class DeathListener : public IRemoteCallbackManagerListener {
     std::function<void()> inside;
     std::vector<int64_t> handles;
     std::vector<Callback> callbacks;
+
+  private:
+    std::mutex mMutex;
 };
 
 class Registry : public testing::Test {
@@ -102,12 +107,16 @@ TEST_F(Registry, KnowsAClientAgainBehindAnotherProxy) {
     EXPECT_EQ(log.TakeTexts()[1],
               "W: RemoteCallbackManager: callback has already register, client:1");
     EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{0, 2}, {2, 1}, {0, 2}, {2, 1}}));
-    // One link only: one death, one notice.
+    // One link only: a second notice would find nobody.
     DeathListener listener;
     mRegistry->SetListener(&listener);
+    log.Take();
     client.Die();
     mRegistry->SetListener(nullptr);
     EXPECT_EQ(listener.handles, std::vector<int64_t>{1});
+    for (const std::string& line : log.TakeTexts()) {
+        EXPECT_EQ(line.find("can not find the died callback"), std::string::npos);
+    }
 }
 
 TEST_F(Registry, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
@@ -266,6 +275,29 @@ TEST_F(Registry, LetsAListenerGoOnlyWhenNoNoticeIsInsideIt) {
     release.set_value();
     gone.get();
     client.connection->WaitForNotices();
+}
+
+TEST_F(Registry, DoesNotHoldOneNoticeUpBehindAnother) {
+    // A notice inside the listener may wait for an operation that the next notice is part of.
+    const RemoteCallback first, second;
+    DeathListener listener;
+    std::promise<void> firstInside, secondInside;
+    std::atomic<int> calls{0};
+    listener.inside = [&] {
+        if (++calls == 2) return secondInside.set_value();
+        firstInside.set_value();
+        secondInside.get_future().wait();
+    };
+    mRegistry->SetListener(&listener);
+    Register(first.proxy);
+    first.connection->Kill();
+    firstInside.get_future().wait();
+    Register(second.proxy);
+    second.connection->Kill();
+    first.connection->WaitForNotices();
+    second.connection->WaitForNotices();
+    mRegistry->SetListener(nullptr);
+    EXPECT_EQ(calls, 2);
 }
 
 TEST_F(Registry, StandsEventsAndRegistrationsAtTheSameTime) {

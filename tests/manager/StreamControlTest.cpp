@@ -189,6 +189,7 @@ TEST_F(StreamControl, DropsAnEventWhileItIsBusy) {
     release.set_value();
     EXPECT_EQ(starting.get(), 0);
     EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
+    mStream.SetHooks({}, {});
 }
 
 TEST_F(StreamControl, MayBeCalledFromInsideItsReports) {

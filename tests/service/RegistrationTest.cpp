@@ -44,7 +44,21 @@ TEST_F(Registration, RefusesANullCallbackAndABinderOfAnotherKind) {
     EXPECT_EQ(client.service->registerClient(nullptr, 1, &handle).getDescription(), refusal);
     EXPECT_EQ(service->registerClient(nullptr, 1, &handle).getDescription(), refusal);
     EXPECT_EQ(handle, 99);
-    EXPECT_EQ(TakeLines(), (Lines{"E: callback is null", "E: callback is null"}));
+    EXPECT_EQ(TakeLines(), Lines(2, "E: callback is null"));
+
+    // The service's own binder, given as a callback.
+    const ndk::SpAIBinder target = client.service->asBinder();
+    ndk::ScopedAParcel request, reply;
+    ndk::ScopedAStatus status;
+    ASSERT_EQ(AIBinder_prepareTransaction(target.get(), request.getR()), STATUS_OK);
+    AParcel_writeStrongBinder(request.get(), target.get());
+    AParcel_writeInt32(request.get(), 1);
+    ASSERT_EQ(AIBinder_transact(target.get(), IAONService::TRANSACTION_registerClient,
+                                request.getR(), reply.getR(), 0),
+              STATUS_OK);
+    ASSERT_EQ(AParcel_readStatusHeader(reply.get(), status.getR()), STATUS_OK);
+    EXPECT_EQ(status.getDescription(), refusal);
+    EXPECT_EQ(TakeLines(), Lines{"E: callback is null"});
 }
 
 TEST_F(Registration, RefusesHandlesThatItNeverGave) {
@@ -91,7 +105,10 @@ TEST_F(Registration, PutsANewClientInThePlaceOfTheOldOne) {
     EXPECT_EQ(next.Start(8), kOk);
     EXPECT_EQ(next.callback->TakeStates(), (std::vector<State>{{2, 1}}));
     // The old one's end is nobody's business any more.
+    Forget(next);
     old.Die();
+    EXPECT_TRUE(TakeLines().empty());
+    EXPECT_TRUE(stream.Running());
     EXPECT_EQ(next.Stop(8), kOk);
 }
 

@@ -19,7 +19,8 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  *
  * ONE CLIENT. The service holds one callback at a time. A client that registers another callback
  * takes the place of the one before: whatever ran for the old client is stopped and unsubscribed,
- * its handle stands for the new client, and it is told nothing.
+ * and its handle stands for the new client. If a stream ran, the old client is told
+ * SENSOR_STATE_IDLE for its stop; nothing tells it that it was replaced.
  *
  * SERVICE TYPES are bits (SERVICE_TYPE_...), joined with OR. What is subscribed must lie within
  * what was registered, and what is started within what is subscribed.
@@ -29,7 +30,7 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  * stream does not come back by itself: after the sensor is idle again the client calls
  * startService anew. What was registered and subscribed stays as it was.
  *
- * ERRORS. Every operation answers at once with OK or with one of:
+ * ERRORS. Every operation answers with OK or with one of:
  *
  *     service-specific error 1   general: an unknown handle, a conflict with another client, a
  *                                configuration that no sensor offers, a stream that refused
@@ -42,7 +43,7 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  * what they mean; each operation below gives the real cause beside the text.
  *
  * THREADS AND DEATH. Operations may be called from any thread; the service handles them one at a
- * time. When the client's process dies the service stops and unsubscribes what it had and frees
+ * time, and one that brings about a callback waits for it to return. When the client's process dies the service stops and unsubscribes what it had and frees
  * its handle. When the service dies, the client's calls fail with STATUS_DEAD_OBJECT and nothing
  * of the client is remembered: link to the service's death, and start from registerClient.
  */
@@ -68,7 +69,8 @@ interface IAONService {
      *
      * Before this returns, the callback is asked for its interface version and hash, and it is
      * told the state of every sensor that is not idle. Registering the same callback again gives
-     * the same handle, replaces the service types and tells the states again.
+     * the same handle, replaces the service types and tells the states again. A client that takes
+     * another's place is not told them: it hears of a sensor with its next change.
      *
      * @param callback where events go; never null.
      * @param serviceType the service types that this client may subscribe and start.
@@ -81,8 +83,9 @@ interface IAONService {
     long registerClient(in IAONServiceCallBack callback, int serviceType);
 
     /**
-     * Lists the sensors that can run the always-on stream, with their frame sizes and rates. The
-     * list stays the same for as long as the service lives. Needs no registration.
+     * Lists the sensors that can run the always-on stream, with their frame sizes and rates. Once
+     * it holds a sensor the list stays the same for as long as the service lives. Needs no
+     * registration.
      *
      * Errors: 1 without a message when the stream manager is missing.
      */
@@ -94,7 +97,9 @@ interface IAONService {
      * Sensor, size, rate and service types must be offered by getAonSensorInfoList as they stand.
      * The configurations of all clients are merged: the highest width, height and rate, and all
      * service types. While the stream runs, a configuration is only accepted if it asks for no
-     * more than the running one.
+     * more than what is subscribed so far. It then only limits what the client may start: the
+     * stream keeps the size and rate it has, over stops and starts, until a configuration is
+     * subscribed while it is stopped.
      *
      * Errors, in the order in which they are checked:
      * 1 "clientHandle not register": the handle is unknown.
@@ -103,7 +108,7 @@ interface IAONService {
      * 1 "aon manager is null": the stream manager is missing.
      * 1 "config not support": no sensor offers this combination.
      * 1 "can support this config when sensor running": it can NOT be supported, because the
-     *   stream runs with less, or on another sensor.
+     *   stream runs, and less is subscribed, or another sensor.
      * 1 "can support this config when other process use": it can NOT be supported, because
      *   another sensor is subscribed.
      * 1 "aon manager SubscribeSensor failed": the stream manager refused.
@@ -118,6 +123,9 @@ interface IAONService {
      * While a camera device holds the sensor this fails with "aon manager StartService failed";
      * wait for SENSOR_STATE_IDLE and try again.
      *
+     * @param serviceType at least one service type. Do not start 0: the stream would run without
+     *        results, and only a stopService with other types, or a camera, would end it.
+     *
      * Errors, in the order in which they are checked:
      * 1 "in_clientHandle not register": the handle is unknown.
      * 2 "start service type is subset of subscribe service type": serviceType is NOT within the
@@ -131,7 +139,9 @@ interface IAONService {
 
     /**
      * Stops service types. The stream stops, and starts anew with the types that are left, if
-     * any. Types that are not started are passed over.
+     * any. Types that are not started are passed over. If the new start is refused the answer is
+     * OK all the same, and nothing of the client is started any more: the sign is that no
+     * SENSOR_STATE_STARTED follows.
      *
      * Before this returns, the callback is told SENSOR_STATE_IDLE for the stop, and
      * SENSOR_STATE_STARTED for the new start, if there was one.
