@@ -14,4 +14,6 @@ struct AIBinder_Class {
     AIBinder_Class_onTransact onTransact;
     AIBinder_onDump onDump = nullptr;
     bool hasToken = true;
+    /** All classes are chained, so that they are found to be in use. */
+    AIBinder_Class* previous = nullptr;
 };

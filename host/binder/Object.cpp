@@ -1,6 +1,7 @@
 #include <android/binder_ibinder.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <memory>
 
 #include "host/binder/Class.h"
@@ -12,6 +13,19 @@
 
 using zarvo::host::LocalBinder;
 using zarvo::host::Ref;
+
+namespace {
+
+std::atomic<AIBinder_Class*> gLastClass{nullptr};
+
+AIBinder_Class* KeepForEver(AIBinder_Class* clazz) {
+    clazz->previous = gLastClass.load();
+    while (!gLastClass.compare_exchange_weak(clazz->previous, clazz)) {
+    }
+    return clazz;
+}
+
+}  // namespace
 
 /* Classes, and what an object tells of itself. */
 
@@ -25,8 +39,8 @@ AIBinder_Class* AIBinder_Class_define(const char* interfaceDescriptor,
     }
     auto token = zarvo::host::Utf8ToUtf16(interfaceDescriptor);
     if (!token) return nullptr;
-    return new AIBinder_Class{interfaceDescriptor, *std::move(token), onCreate, onDestroy,
-                              onTransact};
+    return KeepForEver(new AIBinder_Class{interfaceDescriptor, *std::move(token), onCreate,
+                                          onDestroy, onTransact});
 }
 
 void AIBinder_Class_setOnDump(AIBinder_Class* clazz, AIBinder_onDump onDump) {

@@ -18,7 +18,22 @@ binder_status_t WriteArray(AParcel* parcel, const T* values, int32_t length) {
     return STATUS_OK;
 }
 
-/** Reads the length and asks for room; `*length` is then 0 also for null. */
+/** Writes elements that are shorter than a word as one each. */
+template <typename Element>
+binder_status_t WriteWords(AParcel* parcel, bool isNull, int32_t length, Element element) {
+    const binder_status_t status = WriteArrayLength(parcel, isNull, length);
+    if (status != STATUS_OK || length <= 0) return status;
+    const auto count = static_cast<size_t>(length);
+    uint8_t* const place = parcel->Append(count * sizeof(uint32_t));
+    if (place == nullptr) return STATUS_NO_MEMORY;
+    for (size_t i = 0; i < count; ++i) {
+        const uint32_t word = element(i);
+        std::memcpy(place + i * sizeof(word), &word, sizeof(word));
+    }
+    return STATUS_OK;
+}
+
+/** Reads the length and asks for room for that many elements. */
 template <typename T, typename Allocator>
 binder_status_t ReadLength(const AParcel* parcel, size_t elementBytes, void* data,
                            Allocator allocator, int32_t* length, T** values) {
@@ -80,20 +95,15 @@ binder_status_t AParcel_writeByteArray(AParcel* parcel, const int8_t* arrayData,
 }
 
 binder_status_t AParcel_writeCharArray(AParcel* parcel, const char16_t* arrayData, int32_t length) {
-    binder_status_t status = WriteArrayLength(parcel, arrayData == nullptr, length);
-    for (int32_t i = 0; status == STATUS_OK && i < length; ++i) {
-        status = AParcel_writeChar(parcel, arrayData[i]);
-    }
-    return status;
+    return WriteWords(parcel, arrayData == nullptr, length,
+                      [arrayData](size_t index) { return uint32_t{arrayData[index]}; });
 }
 
 binder_status_t AParcel_writeBoolArray(AParcel* parcel, const void* arrayData, int32_t length,
                                        AParcel_boolArrayGetter getter) {
-    binder_status_t status = WriteArrayLength(parcel, arrayData == nullptr, length);
-    for (int32_t i = 0; status == STATUS_OK && i < length; ++i) {
-        status = AParcel_writeBool(parcel, getter(arrayData, static_cast<size_t>(i)));
-    }
-    return status;
+    return WriteWords(parcel, arrayData == nullptr, length, [arrayData, getter](size_t index) {
+        return uint32_t{getter(arrayData, index)};
+    });
 }
 
 binder_status_t AParcel_readInt32Array(const AParcel* parcel, void* arrayData,

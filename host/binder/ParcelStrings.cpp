@@ -70,7 +70,7 @@ binder_status_t AParcel_readStringArray(const AParcel* parcel, void* arrayData,
     return status;
 }
 
-/* Parcelables are told apart from strings and numbers by one thing only: a refused null. */
+/* An array of parcelables differs from all others: a refused null is a want of memory too. */
 
 binder_status_t AParcel_writeParcelableArray(AParcel* parcel, const void* arrayData, int32_t length,
                                              AParcel_writeParcelableElement elementWriter) {

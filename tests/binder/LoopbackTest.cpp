@@ -180,6 +180,7 @@ TEST_F(LoopbackTest, OnewayCallsRunInOrderOnOneThreadOfTheConnection) {
     for (int32_t i = 0; i < kCalls; ++i)
         ASSERT_TRUE(mProxy->tell(i).isOk());
     done.get_future().wait();
+    mLoopback.reset();
     EXPECT_NE(servedBy, std::this_thread::get_id());
     ASSERT_EQ(told.size(), static_cast<size_t>(kCalls));
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));

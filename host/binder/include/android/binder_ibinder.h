@@ -62,7 +62,7 @@ typedef binder_status_t (*AIBinder_Class_onTransact)(AIBinder* binder, transacti
 typedef binder_status_t (*AIBinder_onDump)(AIBinder* binder, int fd, const char** args,
                                            uint32_t numArgs);
 
-/** Makes a class; null if any argument is null. The name is copied. */
+/** Makes a class; null if any argument is null or the name is no UTF-8. The name is copied. */
 ABINDER_API AIBinder_Class* AIBinder_Class_define(const char* interfaceDescriptor,
                                                   AIBinder_Class_onCreate onCreate,
                                                   AIBinder_Class_onDestroy onDestroy,
@@ -151,8 +151,9 @@ ABINDER_API void* AIBinder_getUserData(AIBinder* binder);
  */
 ABINDER_API binder_status_t AIBinder_prepareTransaction(AIBinder* binder, AParcel** in);
 /**
- * Makes the call and waits for its reply, `*out`, which is the caller's; with FLAG_ONEWAY it only
- * sends, and the reply is empty. Takes and ends `*in` in every case; on failure `*out` is null.
+ * Makes the call and waits for its reply, `*out`, which is the caller's; with FLAG_ONEWAY a remote
+ * object is only sent to, and the reply is empty. Takes and ends `*in` in every case; on failure
+ * `*out` is null.
  *
  * STATUS_UNEXPECTED_NULL for null, STATUS_UNKNOWN_TRANSACTION for a code that is no method's,
  * STATUS_BAD_VALUE for unknown flags or a parcel made for another object, STATUS_BAD_TYPE if the

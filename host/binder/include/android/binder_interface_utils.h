@@ -26,7 +26,8 @@ namespace ndk {
 /**
  * An object owned by shared_ptr that can find its own shared_ptr. make() is the only way to create
  * one; its memory comes from malloc. All methods are thread-safe. The process aborts if such an
- * object is destroyed without ever having had a shared_ptr, or while one still owns it.
+ * object is destroyed without ever having had a shared_ptr, or while one still owns it; so a
+ * constructor must not let a reference to the object it makes come and go.
  */
 class SharedRefBase {
   public:
@@ -137,7 +138,9 @@ class ICInterface : public SharedRefBase {
     }
     static void OnDestroy(void* userData) { delete static_cast<Holder*>(userData); }
     static binder_status_t OnDump(AIBinder* binder, int fd, const char** args, uint32_t numArgs) {
-        return asInterface(binder)->dump(fd, args, numArgs);
+        const std::shared_ptr<ICInterface> implementation = asInterface(binder);
+        if (implementation == nullptr) return STATUS_DEAD_OBJECT;
+        return implementation->dump(fd, args, numArgs);
     }
 };
 

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace ndk::internal {
@@ -151,13 +152,14 @@ bool AllocateStringElement(void* arrayData, std::size_t index, int32_t length, c
     return AllocateString(&Grow<Sequence>(arrayData, index), length, buffer);
 }
 
-/** Null with -1; too long a string has no data with its length, which writers refuse. */
+/** The bytes and their number; an impossible number, which writers refuse, if it does not fit. */
 inline const char* StringData(const std::string& string, int32_t* length) {
-    const bool fits = string.size() <= INT32_MAX;
-    *length = fits ? static_cast<int32_t>(string.size()) : INT32_MAX;
-    return fits ? string.data() : nullptr;
+    constexpr int32_t kTooLong = -2;
+    *length = string.size() <= INT32_MAX ? static_cast<int32_t>(string.size()) : kTooLong;
+    return string.data();
 }
 
+/** The same, and null with -1. */
 inline const char* StringData(const std::optional<std::string>& string, int32_t* length) {
     *length = -1;
     return string.has_value() ? StringData(*string, length) : nullptr;

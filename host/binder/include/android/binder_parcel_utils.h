@@ -15,11 +15,11 @@
 #include <android/binder_interface_utils.h>
 #include <android/binder_internal_parcel_sequences.h>
 #include <android/binder_internal_parcel_types.h>
+#include <android/binder_internal_parcel_values.h>
 #include <android/binder_parcel.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -35,142 +35,6 @@ template <typename T>
 binder_status_t AParcel_writeNullableData(AParcel* parcel, const T& value);
 template <typename T>
 binder_status_t AParcel_readNullableData(const AParcel* parcel, T* value);
-
-// ---- strings, in UTF-8
-
-/** STATUS_BAD_VALUE if it is no UTF-8. */
-inline binder_status_t AParcel_writeString(AParcel* parcel, const std::string& string) {
-    int32_t length = 0;
-    const char* data = internal::StringData(string, &length);
-    return data == nullptr ? STATUS_BAD_VALUE : ::AParcel_writeString(parcel, data, length);
-}
-
-inline binder_status_t AParcel_writeString(AParcel* parcel,
-                                           const std::optional<std::string>& string) {
-    if (!string.has_value()) return ::AParcel_writeString(parcel, nullptr, -1);
-    return AParcel_writeString(parcel, *string);
-}
-
-inline binder_status_t AParcel_readString(const AParcel* parcel, std::string* string) {
-    return ::AParcel_readString(parcel, string, internal::AllocateStringData<std::string>);
-}
-
-inline binder_status_t AParcel_readString(const AParcel* parcel,
-                                          std::optional<std::string>* string) {
-    return ::AParcel_readString(parcel, string,
-                                internal::AllocateStringData<std::optional<std::string>>);
-}
-
-// ---- binder objects and files
-
-/** STATUS_UNEXPECTED_NULL for null. */
-inline binder_status_t AParcel_writeRequiredStrongBinder(AParcel* parcel,
-                                                         const SpAIBinder& binder) {
-    if (binder.get() == nullptr) return STATUS_UNEXPECTED_NULL;
-    return AParcel_writeStrongBinder(parcel, binder.get());
-}
-
-inline binder_status_t AParcel_writeNullableStrongBinder(AParcel* parcel,
-                                                         const SpAIBinder& binder) {
-    return AParcel_writeStrongBinder(parcel, binder.get());
-}
-
-inline binder_status_t AParcel_readNullableStrongBinder(const AParcel* parcel, SpAIBinder* binder) {
-    AIBinder* read = nullptr;
-    const binder_status_t status = AParcel_readStrongBinder(parcel, &read);
-    if (status == STATUS_OK) binder->set(read);
-    return status;
-}
-
-/** STATUS_UNEXPECTED_NULL for null. */
-inline binder_status_t AParcel_readRequiredStrongBinder(const AParcel* parcel, SpAIBinder* binder) {
-    const binder_status_t status = AParcel_readNullableStrongBinder(parcel, binder);
-    if (status == STATUS_OK && binder->get() == nullptr) return STATUS_UNEXPECTED_NULL;
-    return status;
-}
-
-/** Writes a duplicate; STATUS_UNEXPECTED_NULL for none. */
-inline binder_status_t AParcel_writeRequiredParcelFileDescriptor(AParcel* parcel,
-                                                                 const ScopedFileDescriptor& fd) {
-    if (fd.get() < 0) return STATUS_UNEXPECTED_NULL;
-    return AParcel_writeParcelFileDescriptor(parcel, fd.get());
-}
-
-inline binder_status_t AParcel_writeNullableParcelFileDescriptor(AParcel* parcel,
-                                                                 const ScopedFileDescriptor& fd) {
-    return AParcel_writeParcelFileDescriptor(parcel, fd.get());
-}
-
-inline binder_status_t AParcel_readNullableParcelFileDescriptor(const AParcel* parcel,
-                                                                ScopedFileDescriptor* fd) {
-    int read = -1;
-    const binder_status_t status = AParcel_readParcelFileDescriptor(parcel, &read);
-    if (status == STATUS_OK) fd->set(read);
-    return status;
-}
-
-/** STATUS_UNEXPECTED_NULL for none. */
-inline binder_status_t AParcel_readRequiredParcelFileDescriptor(const AParcel* parcel,
-                                                                ScopedFileDescriptor* fd) {
-    const binder_status_t status = AParcel_readNullableParcelFileDescriptor(parcel, fd);
-    if (status == STATUS_OK && fd->get() < 0) return STATUS_UNEXPECTED_NULL;
-    return status;
-}
-
-// ---- parcelables, unions and interfaces
-
-/** A presence word and what `P` writes of itself; an interface as its binder object or null. */
-template <typename P>
-binder_status_t AParcel_writeParcelable(AParcel* parcel, const P& value) {
-    if constexpr (internal::kIsInterface<P>) {
-        return P::element_type::writeToParcel(parcel, value);
-    } else {
-        const binder_status_t status = AParcel_writeInt32(parcel, 1);
-        return status != STATUS_OK ? status : value.writeToParcel(parcel);
-    }
-}
-
-/** STATUS_UNEXPECTED_NULL if the presence word is 0; any other value stands for presence. */
-template <typename P>
-binder_status_t AParcel_readParcelable(const AParcel* parcel, P* value) {
-    if constexpr (internal::kIsInterface<P>) {
-        return P::element_type::readFromParcel(parcel, value);
-    } else {
-        int32_t present = 0;
-        const binder_status_t status = AParcel_readInt32(parcel, &present);
-        if (status != STATUS_OK) return status;
-        return present == 0 ? STATUS_UNEXPECTED_NULL : value->readFromParcel(parcel);
-    }
-}
-
-/** P: optional or unique_ptr of a parcelable, or shared_ptr of an interface. */
-template <typename P>
-binder_status_t AParcel_writeNullableParcelable(AParcel* parcel, const P& value) {
-    if constexpr (internal::kIsInterface<P>) {
-        return AParcel_writeParcelable(parcel, value);
-    } else {
-        return value ? AParcel_writeParcelable(parcel, *value) : AParcel_writeInt32(parcel, 0);
-    }
-}
-
-/** Reads what AParcel_writeNullableParcelable wrote. */
-template <typename P>
-binder_status_t AParcel_readNullableParcelable(const AParcel* parcel, P* value) {
-    if constexpr (internal::kIsInterface<P>) {
-        return AParcel_readParcelable(parcel, value);
-    } else {
-        int32_t present = 0;
-        const binder_status_t status = AParcel_readInt32(parcel, &present);
-        value->reset();
-        if (status != STATUS_OK || present == 0) return status;
-        if constexpr (internal::kIsOf<P, std::unique_ptr>) {
-            *value = std::make_unique<typename P::element_type>();
-        } else {
-            value->emplace();
-        }
-        return (*value)->readFromParcel(parcel);
-    }
-}
 
 // ---- vectors and fixed-size arrays
 
@@ -206,11 +70,11 @@ inline constexpr bool kIsString =
         std::is_same_v<T, std::string> || std::is_same_v<T, std::optional<std::string>>;
 
 template <typename Sequence>
-binder_status_t WriteNumericSequence(AParcel* parcel, const Sequence& sequence, int32_t length) {
+binder_status_t WriteNumericSequence(AParcel* parcel, const Sequence* sequence, int32_t length) {
     using Wire = WireType<ElementType<Sequence>>;
     const Wire none{};  // an empty vector may have no address, and no address may stand for null
-    const Wire* data = length < 0 ? nullptr : &none;
-    if (length > 0) data = reinterpret_cast<const Wire*>(ElementsOf(sequence).data());
+    const Wire* data = sequence == nullptr ? nullptr : &none;
+    if (length > 0) data = reinterpret_cast<const Wire*>(ElementsOf(*sequence).data());
     return WriteNumbers(parcel, data, length);
 }
 
@@ -219,14 +83,15 @@ binder_status_t WriteSequence(AParcel* parcel, const Sequence& sequence) {
     using Element = ElementType<Sequence>;
     int32_t length = 0;
     if (!LengthOf(sequence, &length)) return STATUS_BAD_VALUE;
+    const Sequence* data = length < 0 ? nullptr : &sequence;
     if constexpr (kIsNumeric<Element>) {
-        return WriteNumericSequence(parcel, sequence, length);
+        return WriteNumericSequence(parcel, data, length);
     } else if constexpr (std::is_same_v<Element, bool>) {
-        return AParcel_writeBoolArray(parcel, &sequence, length, GetBool<Sequence>);
+        return AParcel_writeBoolArray(parcel, data, length, GetBool<Sequence>);
     } else if constexpr (kIsString<Element>) {
-        return AParcel_writeStringArray(parcel, &sequence, length, GetStringElement<Sequence>);
+        return AParcel_writeStringArray(parcel, data, length, GetStringElement<Sequence>);
     } else {
-        return AParcel_writeParcelableArray(parcel, &sequence, length, WriteElement<Sequence>);
+        return AParcel_writeParcelableArray(parcel, data, length, WriteElement<Sequence>);
     }
 }
 

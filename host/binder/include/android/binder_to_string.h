@@ -71,8 +71,10 @@ template <typename T>
 std::string ToString(const T& value) {
     if constexpr (std::is_same_v<T, bool>) {
         return value ? "true" : "false";
-    } else if constexpr (std::is_convertible_v<const T&, std::string_view> &&
-                         !std::is_pointer_v<T>) {
+    } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
+        if constexpr (std::is_pointer_v<T>) {
+            if (value == nullptr) return "(null)";
+        }
         return std::string(std::string_view(value));
     } else if constexpr (details::HasToStringMethod<T>::value) {
         return value.toString();

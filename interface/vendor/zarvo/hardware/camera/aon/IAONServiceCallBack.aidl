@@ -15,10 +15,11 @@ import vendor.zarvo.hardware.camera.aon.AONSensorStateInfo;
  * sensor and a state often with its own lock held, so a slow callback delays every event behind
  * it, and one that never returns stops the service for everybody. Copy what is needed and return.
  *
- * DO NOT CALL IAONService from inside a callback. On the thread that delivers, such a call fails
- * with EX_ILLEGAL_STATE, "called from inside a callback". And a client that waits inside a
- * callback for another of its threads to call the service waits for itself: that call only
- * begins when the callback has returned. Hand the work to another thread and return.
+ * DO NOT CALL IAONService from inside a callback. While an operation of the service delivers, such
+ * a call on the thread that delivers fails with EX_ILLEGAL_STATE, "called from inside a callback".
+ * And a client that waits inside a callback for another of its threads to call the service may
+ * wait for itself: that call only begins when the callback has returned. Hand the work to another
+ * thread and return.
  *
  * DEATH. A client whose process ends is noticed by itself, and what it had started is stopped.
  * A client that does not answer a ping is passed over until then. Whatever a callback returns as

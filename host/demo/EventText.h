@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include <aidl/vendor/zarvo/hardware/camera/aon/AONCallBackInfo.h>
+#include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorStateInfo.h>
+
+namespace zarvo::host::demo {
+
+/** The names of service types, joined with '+': "fusion+gaze"; "none" for 0. */
+std::string ServiceTypesText(int32_t serviceTypes);
+
+/** One event in a line: the frame, then each result with its first numbers. */
+std::string EventText(const aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo& info);
+
+/** A sensor's new state in words. */
+std::string StateText(const aidl::vendor::zarvo::hardware::camera::aon::AONSensorStateInfo& info);
+
+}  // namespace zarvo::host::demo

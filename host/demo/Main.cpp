@@ -1,0 +1,25 @@
+#include <cstdio>
+#include <string_view>
+#include <vector>
+
+#include <cutils/properties.h>
+
+#include "host/demo/CommandLine.h"
+#include "host/demo/Story.h"
+#include "platform/Properties.h"
+
+int main(int argc, char** argv) {
+    using namespace zarvo::host::demo;
+    const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const Options options = ParseCommandLine(arguments);
+    if (!options.error.empty()) {
+        std::fprintf(stderr, "aon-demo: %s (try --help)\n", options.error.c_str());
+        return 2;
+    }
+    if (options.help) {
+        std::printf("%s", HelpText().data());
+        return 0;
+    }
+    if (options.verbose) property_set(zarvo::aon::properties::kVerboseLog, "true");
+    return PlayStory(options.seed, options.quick) ? 0 : 1;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include "platform/mtkcam/IAOVStream.h"
+
+namespace zarvo::host {
+
+/**
+ * Tells the stream's callback which camera devices open and close: one notice after another, in
+ * the order of the calls, on a thread of its own, which begins with the first notice.
+ *
+ * A notice is for the callback of the time of its call, which is held weakly: when there is none,
+ * nobody is told. A new callback is told of the devices that are open when it comes. No lock is
+ * held while it is called, so it may call the stream. Any thread; Shutdown() not from a notice.
+ */
+class CameraNotices {
+  public:
+    CameraNotices() = default;
+    ~CameraNotices();
+    CameraNotices(const CameraNotices&) = delete;
+    CameraNotices& operator=(const CameraNotices&) = delete;
+
+    void SetListener(const std::shared_ptr<IAovStreamCallback>& listener);
+    void Open(int instanceId);
+    void Close(int instanceId);
+    /** Waits until the callback returned from every notice so far. */
+    void WaitUntilDelivered();
+    /** Delivers what is left and ends the thread; a later notice begins another. */
+    void Shutdown();
+
+  private:
+    struct Notice {
+        int instanceId;
+        bool opened;
+        std::weak_ptr<IAovStreamCallback> listener;
+    };
+
+    void PushLocked(int instanceId, bool opened);
+    /** Whether the thread runs, after trying to start it. */
+    bool EnsureThreadLocked();
+    void Run();
+    void Deliver(const Notice& notice, std::unique_lock<std::mutex>& lock);
+
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    std::weak_ptr<IAovStreamCallback> mListener;
+    std::set<int> mOpenDevices;
+    std::deque<Notice> mNotices;
+    bool mDelivering = false;
+    bool mStopping = false;
+    std::thread mThread;
+};
+
+}  // namespace zarvo::host

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <deque>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "host/stream/CameraNotices.h"
+#include "host/stream/DeliveryRun.h"
+#include "host/stream/RecordWriter.h"
+#include "host/stream/SimulatorControl.h"
+
+namespace zarvo::host {
+
+/**
+ * The simulated always-on-vision stream: a table of sensors, at most one started stream at a
+ * time, and camera devices that come and go.
+ *
+ * One per process, see AovStream.cpp. Every operation of the stream may be called from any
+ * thread, the callback's too, and waits for no callback. mMutex guards the state; no callback is
+ * called under it, and of other locks only those of a run and of the notices are taken inside it.
+ */
+class SimulatedSensor final : public IAOVStream, public SimulatorControl {
+  public:
+    SimulatedSensor();
+    ~SimulatedSensor() override;
+
+    std::vector<int> getSensorIdList() override;
+    std::vector<aov_sensor_info> getSensorInfo(int sensorId) override;
+    int getSensorMode(int sensorId, int* mode) override;
+    /** False when a stream runs, when the sensor is not in the table, when there is no callback,
+     * or when size or rate are out of any sensor's reach; a size that the sensor does not list
+     * is accepted. The reason is logged. */
+    bool start(user_param* param) override;
+    bool notifyCameraStatus(const std::vector<int>& sensorIds, bool opened) override;
+    /** False when no stream runs. */
+    bool stop() override;
+
+    void SetNoStream(bool none) override;
+    void SetSensors(std::vector<SensorDescription> sensors) override;
+    void SetSeed(uint64_t seed) override;
+    void SetManualDelivery(bool manual) override;
+    void SetRecordFaults(const RecordFaults& faults) override;
+    bool RequestFrame() override;
+    bool DeliverOne() override;
+    void OpenCamera(int instanceId) override;
+    void CloseCamera(int instanceId) override;
+    void WaitForCameraNotices() override;
+    std::vector<CameraStatus> CameraStatusCalls() const override;
+    bool Running() const override;
+    void Shutdown() override;
+
+    /** What createInstance() gives: this, or null. */
+    IAOVStream* AsStream();
+    /** Shutdown() for good: later starts are refused. */
+    void Close();
+
+  private:
+    const SensorDescription* FindSensorLocked(int sensorId) const;
+    /** Why this cannot be started; null when it can. */
+    const char* StartFaultLocked(const user_param* param) const;
+    std::shared_ptr<DeliveryRun> NewRunLocked(const user_param& param);
+    std::shared_ptr<DeliveryRun> CurrentRun() const;
+    /** Forgets the stopped runs whose threads have ended. */
+    void ReapLocked();
+    aov_event* RenderNext(const RenderConfig& config, aov_event& record);
+
+    mutable std::mutex mMutex;
+    std::vector<SensorDescription> mSensors;
+    uint64_t mSeed = 1;
+    /** Counts on from start to start, as the frame counter of a sensor does. */
+    uint32_t mNextFrame = 0;
+    RecordFaults mRecordFaults;
+    bool mNoStream = false;
+    bool mManualDelivery = false;
+    bool mClosed = false;
+    std::deque<CameraStatus> mCameraStatusCalls;
+    std::shared_ptr<DeliveryRun> mRun;
+    /** Stopped runs whose threads may still be inside a callback. */
+    std::list<std::shared_ptr<DeliveryRun>> mStoppedRuns;
+
+    CameraNotices mNotices;
+};
+
+}  // namespace zarvo::host

@@ -1,0 +1,85 @@
+#include "manager/AONManager.h"
+
+#include <utility>
+
+#include "platform/Log.h"
+
+namespace zarvo::aon {
+
+std::shared_ptr<AONManager> AONManager::GetSingleton() {
+    static const std::shared_ptr<AONManager> instance = std::make_shared<AONManager>();
+    return instance;
+}
+
+AONManager::AONManager() : mAovStream(IAOVStream::createInstance()) {
+    AON_LOGI(kWho, "aon manager create");
+}
+
+AONManager::~AONManager() {
+    AON_LOGI(kWho, "aon manager destroy");
+    std::future<int> pending;
+    {
+        // Waited for without the lock, which the notification needs to come to its end.
+        ScopedLock lock(mMutex);
+        pending = std::move(mNotifyFuture);
+    }
+    if (!pending.valid()) return;
+    const int result = pending.get();
+    if (result != 0) AON_LOGW(kWho, "Notify open and close failed:%d", result);
+}
+
+int32_t AONManager::RegisterClient(const std::shared_ptr<IAONManagerCallback>& callback) {
+    if (callback == nullptr) {
+        AON_LOGW(kWho, "register callback is null");
+        return kInvalid;
+    }
+    std::shared_ptr<IAONManagerCallback> replaced;  // dropped after the lock
+    ScopedLock lock(mMutex);
+    replaced = std::exchange(mCallback, callback);
+    AON_LOGI(kWho, "register callback success");
+    return 0;
+}
+
+int32_t AONManager::UnregisterClient() {
+    std::shared_ptr<IAONManagerCallback> removed;  // dropped after the lock
+    ScopedLock lock(mMutex);
+    removed = std::move(mCallback);
+    mCallback = nullptr;
+    AON_LOGI(kWho, "unregister callback success");
+    return 0;
+}
+
+int32_t AONManager::SubscribeSensor(const SensorConfig& config) {
+    ScopedLock lock(mMutex);
+    mSensorConfig = config;
+    AON_LOGI(kWho, "subscribe sensor success");
+    return 0;
+}
+
+int32_t AONManager::UnsubscribeSensor() {
+    ScopedLock lock(mMutex);
+    mSensorConfig = SensorConfig{};
+    return 0;
+}
+
+int32_t AONManager::GetServiceTypeStarted() {
+    ScopedLock lock(mMutex);
+    return mServiceTypeStarted;
+}
+
+bool AONManager::CheckServiceTypeSupport(const int32_t& /*serviceType*/) {
+    return true;
+}
+
+void AONManager::onCallback(aov_event* event) {
+    // Tried, not waited for: a start or stop may hold the lock, and the stream must go on.
+    if (!mMutex.try_lock()) {
+        AON_LOGW(kWho, "onCallback can not get lock");
+        return;
+    }
+    const std::shared_ptr<IAONManagerCallback> callback = mCallback;
+    mMutex.unlock();
+    if (callback != nullptr) callback->onCallback(event);
+}
+
+}  // namespace zarvo::aon

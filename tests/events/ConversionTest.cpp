@@ -1,0 +1,148 @@
+#include "events/AONManagerCallback.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <cutils/properties.h>
+#include <gtest/gtest.h>
+
+#include "tests/events/RawEvent.h"
+#include "tests/support/LogRecorder.h"
+
+namespace zarvo::aon {
+namespace {
+
+using aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo;
+using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
+using aidl::vendor::zarvo::hardware::camera::aon::AONResultValue;
+using aidl::vendor::zarvo::hardware::camera::aon::AONSensorStateInfo;
+using test::LogRecorder;
+using test::RawEvent;
+
+class Sink : public IOutEventCallback {
+  public:
+    void OnAONEvent(AONCallBackInfo& info) override { events.push_back(info); }
+    void OnAONSensorEvent(AONSensorStateInfo& info) override { states.push_back(info); }
+
+    std::vector<AONCallBackInfo> events;
+    std::vector<AONSensorStateInfo> states;
+};
+
+class Conversion : public testing::Test {
+  protected:
+    Conversion() {
+        mEvent.Put(8, uint32_t{77});
+        mEvent.Put(12, uint32_t{640});
+        mEvent.Put(16, uint32_t{480});
+    }
+
+    AONCallBackInfo Convert(uint32_t serviceType) {
+        mEvent.Put(24, serviceType);
+        mTranslator->onCallback(mEvent.get());
+        EXPECT_EQ(mSink->events.size(), 1U);
+        const AONCallBackInfo info = mSink->events.back();
+        mSink->events.clear();
+        return info;
+    }
+
+    static std::vector<int> Keys(const AONCallBackInfo& info) {
+        std::vector<int> keys;
+        for (const AONResult& result : info.results)
+            keys.push_back(result.key);
+        return keys;
+    }
+
+    RawEvent mEvent;
+    std::shared_ptr<Sink> mSink = std::make_shared<Sink>();
+    std::shared_ptr<AONManagerCallback> mTranslator = AONManagerCallback::create(mSink);
+};
+
+TEST_F(Conversion, OrdersTheItemsByServiceTypeAndEndsWithTheFrame) {
+    mEvent.PutImage(RawEvent::kImage, 2, 2);
+    const AONCallBackInfo info = Convert(15);
+    EXPECT_EQ(info.serviceType, 15);
+    EXPECT_EQ(Keys(info),
+              (std::vector<int>{100, 101, 102, 103, 200, 300, 400, 700, 701, 702, 703, 0, 1, 2}));
+    EXPECT_EQ(info.results[11].value.get<AONResultValue::Tag::intValue>(), 77);
+    EXPECT_EQ(info.results[12].value.get<AONResultValue::Tag::intValue>(), 640);
+    EXPECT_EQ(info.results[13].value.get<AONResultValue::Tag::intValue>(), 480);
+}
+
+TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
+    mEvent.PutImage(RawEvent::kImage, 2, 2);
+    LogRecorder log;
+    const AONCallBackInfo none = Convert(0);
+    EXPECT_EQ(none.serviceType, 0);
+    EXPECT_EQ(Keys(none), (std::vector<int>{700, 701, 702, 703, 0, 1, 2}));
+    EXPECT_EQ(log.TakeTexts(),
+              std::vector<std::string>{"W: AONManagerCallback: onCallback serviceType == 0"});
+
+    EXPECT_EQ(Keys(Convert(0x80000010)), (std::vector<int>{700, 701, 702, 703, 0, 1, 2}));
+    EXPECT_TRUE(log.TakeTexts().empty());
+}
+
+TEST_F(Conversion, PassesOverABlockThatIsTooShortAndDeliversTheRest) {
+    mEvent.Put(34'852, uint32_t{209'177});  // ends behind gaze, before face angle
+    LogRecorder log;
+    EXPECT_EQ(Keys(Convert(15)), (std::vector<int>{100, 101, 102, 103, 300, 0, 1, 2}));
+    EXPECT_EQ(log.TakeTexts().size(), 2U);
+}
+
+TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
+    LogRecorder log;
+    for (const char* value : {"0", "2", "-1"}) {
+        property_set("zarvo.aon.hal.mtk_dump_apu", value);
+        Convert(1);
+        EXPECT_TRUE(log.TakeTexts().empty()) << value;
+    }
+    property_set("zarvo.aon.hal.mtk_dump_apu", "1");
+    Convert(1);
+    EXPECT_EQ(log.TakeTexts().size(), 9U);
+}
+
+TEST_F(Conversion, TellsItsStepsWhenVerbose) {
+    property_set("vendor.debug.cameralog.enable", "on");
+    LogRecorder log;
+    Convert(16);
+    auto lines = log.TakeTexts();
+    ASSERT_EQ(lines.size(), 6U);
+    lines.erase(lines.begin() + 1);  // the image's line, with an address
+    EXPECT_EQ(lines, (std::vector<std::string>{
+                             "D: AONManagerCallback: onCallback-> service type:10",
+                             "D: AONManagerCallback: onCallback-> callBackInfo.frame_id:77",
+                             "D: AONManagerCallback: onCallback-> callBackInfo.frame_width:640",
+                             "D: AONManagerCallback: onCallback-> callBackInfo.frame_height:480",
+                             "D: AONManagerCallback: onCallback-> callBackInfo.results.size:3",
+                     }));
+}
+
+TEST_F(Conversion, IgnoresANullEventAndDropsEverythingWithoutAReceiver) {
+    LogRecorder log;
+    mTranslator->onCallback(nullptr);
+    EXPECT_TRUE(mSink->events.empty());
+    EXPECT_TRUE(log.TakeTexts().empty());
+
+    const auto deaf = AONManagerCallback::create(nullptr);
+    mEvent.Put(24, uint32_t{0});
+    deaf->onCallback(mEvent.get());
+    deaf->OnServiceStart(1);
+    EXPECT_EQ(log.TakeTexts().size(), 1U);  // converted and logged all the same
+}
+
+TEST_F(Conversion, TurnsEachReportIntoItsState) {
+    mTranslator->OnServiceStart(3);
+    mTranslator->OnServiceStop(4);
+    mTranslator->OnSensorIdle(5);
+    mTranslator->OnSensorBusy(6);
+    ASSERT_EQ(mSink->states.size(), 4U);
+    const int expected[][2] = {{3, 1}, {4, 0}, {5, 0}, {6, 2}};
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(mSink->states[i].sensorId, expected[i][0]);
+        EXPECT_EQ(mSink->states[i].state, expected[i][1]);
+    }
+}
+
+}  // namespace
+}  // namespace zarvo::aon

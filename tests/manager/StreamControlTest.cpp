@@ -1,0 +1,209 @@
+#include <future>
+#include <thread>
+
+#include <cutils/properties.h>
+
+#include "tests/manager/ManagerFixture.h"
+
+namespace zarvo::aon {
+namespace {
+
+using test::Lines;
+using test::ManagerFixture;
+using test::ScriptedStream;
+
+using StreamControl = ManagerFixture;
+
+std::string CallbackLine(const std::shared_ptr<AONManager>& manager, int debugMode) {
+    char line[96];
+    std::snprintf(line, sizeof(line), "I: AONManager: debug_mode=%d, AovStreamCallback=%p",
+                  debugMode, static_cast<void*>(manager.get()));
+    return line;
+}
+
+TEST_F(StreamControl, StartsAndStopsTheStreamAndReportsBoth) {
+    Subscribe(2);
+    EXPECT_EQ(mManager->StartService(3), 0);
+    EXPECT_EQ(mManager->GetServiceTypeStarted(), 3);
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{CallbackLine(mManager, 0),
+                                       "I: AONManager: start sensor->id:2, t:3, w:640, h:480, f:10",
+                                       "I: AONManager: start sensor success:3"}));
+    EXPECT_EQ(mStream.Callback(), mManager);
+
+    EXPECT_EQ(mManager->StopService(), 0);
+    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
+    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: stop sensor success"});
+    EXPECT_EQ(mManager->StopService(), 0);
+    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: AovStream is not started."});
+    EXPECT_EQ(mStream.TakeCalls(), (Lines{"start 2", "stop"}));
+    EXPECT_EQ(mReceiver->Take(), (Lines{"start 2", "stop 2"}));
+    EXPECT_EQ(mManager.use_count(), 1) << "the manager is held by nobody once it is stopped";
+}
+
+TEST_F(StreamControl, WritesTheStartRecordAtItsOffsets) {
+    property_set("vendor.debug.camera.utils.AovDebugMode", "7");
+    property_set("vendor.debug.camera.utils.AovBitDepth.Main", "10");
+    property_set("vendor.debug.camera.utils.AovBitDepth.Sub", "9");
+    mManager->SubscribeSensor({3, 320, 240, 10, 15, 0});
+    mLog.Take();
+    ASSERT_EQ(mManager->StartService(5), 0);
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONManager: open md mode, change 10 fps to 2 --",
+                                       CallbackLine(mManager, 1), "W: AONManager: unknown depth=9",
+                                       "I: AONManager: start sensor->id:3, t:5, w:320, h:240, f:2",
+                                       "I: AONManager: start sensor success:5"}));
+    EXPECT_TRUE(mStream.LastStartHadCallback());
+
+    const user_param start = mStream.Starts().back();
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&start);
+    std::map<size_t, int32_t> words;
+    for (size_t offset = 0; offset < 200; offset += 4) {
+        int32_t word = 0;
+        memcpy(&word, bytes + offset, 4);
+        if (word != 0) words[offset] = word;
+    }
+    EXPECT_EQ(words, (std::map<size_t, int32_t>{{4, 3},
+                                                {44, 0x2019},
+                                                {56, 0x1000},
+                                                {60, 2},
+                                                {64, 5},
+                                                {72, 1},
+                                                {144, 10},
+                                                {192, 320},
+                                                {196, 240}}));
+}
+
+TEST_F(StreamControl, LowersTheRateInMdModeForTwoSetsOfTypes) {
+    struct Case {
+        int deliveryMode, serviceType, frameRate, mdFrameRate;
+    };
+    const Case cases[] = {{1, 5, 10, 0},  {1, 1, 10, 0},  {0, 5, 2, 10},   {0, 1, 3, 10},
+                          {0, 3, 10, 10}, {7, 4, 10, 10}, {-1, 13, 10, 10}};
+    for (const Case& c : cases) {
+        Subscribe(1, 10, c.deliveryMode);
+        ASSERT_EQ(mManager->StartService(c.serviceType), 0);
+        EXPECT_EQ(mStream.Starts().back().frameRate, c.frameRate);
+        EXPECT_EQ(mStream.Starts().back().mdFrameRate, c.mdFrameRate);
+        mManager->StopService();
+    }
+}
+
+TEST_F(StreamControl, KnowsTheBitDepthsOfBothImages) {
+    const std::pair<const char*, int32_t> depths[] = {
+            {"8", 0x1000}, {"10", 0x2019}, {"12", 0x201E}, {"16", 0x1000}};
+    for (const auto& [depth, format] : depths) {
+        property_set("vendor.debug.camera.utils.AovBitDepth.Sub", depth);
+        Subscribe(1);
+        mManager->StartService(1);
+        EXPECT_EQ(mStream.Starts().back().subFormat, format);
+        EXPECT_EQ(mStream.Starts().back().mainFormat, 0x1000);
+        mManager->StopService();
+    }
+}
+
+TEST_F(StreamControl, ReplacesARunningStreamWithoutReportingItsStop) {
+    Run(2, 1);
+    Subscribe(3);
+    EXPECT_EQ(mManager->StartService(4), 0);
+    EXPECT_EQ(mLog.TakeTexts()[0],
+              "W: AONManager: AovStream is running with sensorId 2, please stop() the previous "
+              "stream before start() a new one.");
+    EXPECT_EQ(mStream.TakeCalls(), (Lines{"stop", "start 3"}));
+    EXPECT_EQ(mReceiver->Take(), Lines{"start 3"});
+}
+
+TEST_F(StreamControl, IsStoppedAgainAfterARefusedStart) {
+    Subscribe(2);
+    mStream.startFault.FailCalls(1);
+    EXPECT_EQ(mManager->StartService(1), -22);
+    const Lines lines = mLog.TakeTexts();
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[2], "E: AONManager: Failed to initialize AovStream.");
+    EXPECT_EQ(lines[3], "E: AONManager: Failed to initialize AovStream.");
+    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
+    EXPECT_TRUE(mReceiver->Take().empty());
+    EXPECT_EQ(mManager.use_count(), 1);
+    EXPECT_EQ(mManager->StartService(1), 0);
+}
+
+TEST_F(StreamControl, TakesAStreamThatWouldNotStopForARunningOne) {
+    Run(2);
+    mStream.stopFault.FailCalls(1);
+    EXPECT_EQ(mManager->StopService(), 0);
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"E: AONManager: Failed to uninitialize AovStream.",
+                                       "I: AONManager: stop sensor success"}));
+    EXPECT_EQ(mReceiver->Take(), Lines{"stop 2"});
+    mStream.TakeCalls();
+    EXPECT_EQ(mManager->StartService(1), 0);
+    EXPECT_TRUE(mStream.TakeCalls().empty());
+    EXPECT_EQ(mLog.TakeTexts()[2], "W: AONManager: AovStream is initialized");
+    EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
+}
+
+TEST(StreamControlWithoutStream, RefusesToStart) {
+    ScriptedStream::Instance().SetNoStream(true);
+    const auto manager = std::make_shared<AONManager>();
+    test::LogRecorder log;
+    EXPECT_EQ(manager->StartService(1), -22);
+    const Lines lines = log.TakeTexts();
+    ASSERT_EQ(lines.size(), 5U);  // delivery mode 0 is md mode
+    EXPECT_EQ(lines[3], "E: AONManager: Cannot get AovStream");
+    EXPECT_EQ(lines[4], "E: AONManager: Failed to initialize AovStream.");
+    EXPECT_EQ(manager->GetServiceTypeStarted(), 0);
+}
+
+TEST_F(StreamControl, StartsOnSensorZeroWhenNothingIsSubscribed) {
+    Subscribe(2);
+    EXPECT_EQ(mManager->UnsubscribeSensor(), 0);
+    EXPECT_TRUE(mLog.TakeTexts().empty());
+    EXPECT_EQ(mManager->StartService(1), 0);
+    EXPECT_EQ(mReceiver->Take(), Lines{"start 0"});
+}
+
+TEST_F(StreamControl, KeepsItsReceiverWhenItIsOfferedNone) {
+    EXPECT_EQ(mManager->RegisterClient(nullptr), -22);
+    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: register callback is null"});
+    aov_event* const noEvent = nullptr;
+    mManager->onCallback(noEvent);
+    EXPECT_EQ(mReceiver->Take(), Lines{"event -1"});
+    EXPECT_EQ(mManager->UnregisterClient(), 0);
+    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: unregister callback success"});
+    mManager->onCallback(noEvent);
+    EXPECT_TRUE(mReceiver->Take().empty());
+    EXPECT_EQ(mReceiver.use_count(), 1);
+}
+
+TEST_F(StreamControl, DropsAnEventWhileItIsBusy) {
+    Subscribe(2);
+    std::promise<void> inStart, release;
+    mStream.SetHooks(
+            [&] {
+                inStart.set_value();
+                release.get_future().wait();
+            },
+            {});
+    auto starting = std::async(std::launch::async, [&] { return mManager->StartService(1); });
+    inStart.get_future().wait();
+    mLog.Take();
+    mManager->onCallback(nullptr);
+    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: onCallback can not get lock"});
+    release.set_value();
+    EXPECT_EQ(starting.get(), 0);
+    EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
+}
+
+TEST_F(StreamControl, MayBeCalledFromInsideItsReports) {
+    mReceiver->inside = [&] { mManager->GetServiceTypeStarted(); };
+    Run(2);
+    mManager->onCallback(nullptr);
+    mManager->StopService();
+    EXPECT_EQ(mReceiver->Take(), (Lines{"event -1", "stop 2"}));
+}
+
+TEST_F(StreamControl, FormatsSensorIdsForItsLog) {
+    EXPECT_EQ(toString({}), "sensorIds:");
+    EXPECT_EQ(toString({0, 2}), "sensorIds:0,2,");
+    EXPECT_TRUE(mManager->CheckServiceTypeSupport(-1));
+}
+
+}  // namespace
+}  // namespace zarvo::aon

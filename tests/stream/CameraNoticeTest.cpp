@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <mutex>
+
+#include "tests/stream/StreamListener.h"
+
+namespace zarvo::host {
+namespace {
+
+using Notices = std::vector<std::string>;
+using CameraNoticeTest = StreamTest;
+
+TEST_F(CameraNoticeTest, ComeInOrderOnAThreadThatDeliversNoEvents) {
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+    mControl.OpenCamera(5);
+    mControl.OpenCamera(1);
+    mControl.CloseCamera(5);
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices(), (Notices{"open 5", "open 1", "close 5"}));
+    const std::vector<std::thread::id> threads = mListener->NoticeThreads();
+    EXPECT_EQ(threads, std::vector<std::thread::id>(3, threads.front()));
+    EXPECT_NE(threads.front(), mListener->EventThreads().front());
+    EXPECT_NE(threads.front(), std::this_thread::get_id());
+}
+
+TEST_F(CameraNoticeTest, ComeWhenNoStreamRunsAndWhileAnEventIsHeldUp) {
+    ASSERT_TRUE(Start(mListener));
+    mListener->Block();
+    EXPECT_TRUE(mControl.RequestFrame());
+    ASSERT_TRUE(mListener->WaitUntilBlocked());
+    mControl.OpenCamera(0);
+    mControl.WaitForCameraNotices();
+    EXPECT_TRUE(mStream.stop());
+    mControl.CloseCamera(0);
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices(), (Notices{"open 0", "close 0"}));
+}
+
+TEST_F(CameraNoticeTest, TellANewCallbackOnceWhatIsOpen) {
+    mControl.OpenCamera(1);
+    mControl.OpenCamera(2);
+    mControl.CloseCamera(1);
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mStream.stop());
+    ASSERT_TRUE(Start(mListener));
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices(), Notices{"open 2"});
+}
+
+TEST_F(CameraNoticeTest, AreDroppedWhenTheCallbackIsGone) {
+    auto listener = std::make_shared<StreamListener>();
+    ASSERT_TRUE(Start(listener));
+    mControl.Shutdown();
+    listener.reset();
+    mControl.OpenCamera(1);
+    mControl.WaitForCameraNotices();
+}
+
+TEST_F(CameraNoticeTest, MayStopTheStreamUnderALockThatStartsHoldToo) {
+    std::mutex managersLock;
+    mListener->inNotice = [&] {
+        const std::lock_guard lock(managersLock);
+        EXPECT_TRUE(mStream.notifyCameraStatus({0}, true));
+        EXPECT_TRUE(mStream.stop());
+    };
+    mControl.OpenCamera(0);
+    {
+        const std::lock_guard lock(managersLock);
+        ASSERT_TRUE(Start(mListener));
+    }
+    mControl.WaitForCameraNotices();
+    EXPECT_FALSE(mControl.Running());
+}
+
+TEST_F(CameraNoticeTest, AreAllDeliveredBeforeShutdownReturnsAndComeAgainAfterIt) {
+    ASSERT_TRUE(Start(mListener));
+    for (int i = 0; i < 10; ++i)
+        mControl.OpenCamera(i);
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Notices().size(), 10u);
+    mControl.CloseCamera(3);
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices().back(), "close 3");
+}
+
+}  // namespace
+}  // namespace zarvo::host

@@ -1,0 +1,258 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <optional>
+#include <thread>
+
+#include "tests/stream/StreamListener.h"
+#include "tests/support/LogRecorder.h"
+
+namespace zarvo::host {
+namespace {
+
+using Frames = std::vector<int64_t>;
+using SimulatedSensorTest = StreamTest;
+
+TEST_F(SimulatedSensorTest, OffersItsSensors) {
+    EXPECT_EQ(mStream.getSensorIdList(), (std::vector<int>{0, 1, 2, 3}));
+    const std::vector<aov_sensor_info> sizes = mStream.getSensorInfo(1);
+    ASSERT_EQ(sizes.size(), 2u);
+    EXPECT_EQ(sizes[1].width, 320);
+    EXPECT_EQ(sizes[1].height, 240);
+    EXPECT_EQ(sizes[1].rates, (std::vector<int32_t>{5, 10, 15}));
+    int32_t info = 0;
+    std::memcpy(&info, reinterpret_cast<const uint8_t*>(&sizes[1]) + 12, sizeof(info));
+    EXPECT_EQ(info, 3);
+    EXPECT_TRUE(mStream.getSensorInfo(9).empty());
+    int mode = 0;
+    EXPECT_EQ(mStream.getSensorMode(3, &mode), 0);
+    EXPECT_EQ(mode, 3);
+    EXPECT_NE(mStream.getSensorMode(9, &mode), 0);
+    mControl.SetSensors({});
+    EXPECT_TRUE(mStream.getSensorIdList().empty());
+    EXPECT_FALSE(Start(mListener));
+}
+
+TEST_F(SimulatedSensorTest, CountsFramesOnFromStartToStart) {
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_TRUE(mStream.stop());
+    EXPECT_FALSE(mControl.DeliverOne());
+    EXPECT_FALSE(mControl.RequestFrame());
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_EQ(mListener->Frames(), (Frames{0, 1, 2}));
+    mControl.SetSeed(5);
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_EQ(mListener->Frames().back(), 0);
+}
+
+TEST_F(SimulatedSensorTest, DeliversByTheClockUntilStopped) {
+    mControl.SetManualDelivery(false);
+    user_param param = Param(mListener);
+    param.frameRate = 120;
+    ASSERT_TRUE(mStream.start(&param));
+    EXPECT_FALSE(mControl.DeliverOne());
+    EXPECT_TRUE(mListener->WaitForEvents(3));
+    EXPECT_TRUE(mStream.stop());
+}
+
+TEST_F(SimulatedSensorTest, StopsAtOnceAtALowRate) {
+    mControl.SetManualDelivery(false);
+    user_param param = Param(mListener);
+    param.frameRate = 1;
+    ASSERT_TRUE(mStream.start(&param));
+    EXPECT_TRUE(mStream.stop());
+    mControl.Shutdown();
+    EXPECT_TRUE(mListener->Frames().empty());
+}
+
+TEST_F(SimulatedSensorTest, RefusesWhatNoStreamCanRun) {
+    const struct {
+        const char* what;
+        void (*change)(user_param& param);
+    } kCases[] = {
+            {"unknown sensor", [](user_param& p) { p.sensorId = 4; }},
+            {"unknown sensor", [](user_param& p) { p.sensorId = -1; }},
+            {"no callback", [](user_param& p) { p.AovStreamCallback.reset(); }},
+            {"impossible size", [](user_param& p) { p.frameWidth = 0; }},
+            {"impossible size", [](user_param& p) { p.frameHeight = -480; }},
+            {"impossible size", [](user_param& p) { p.frameWidth = 2147483647; }},
+            {"impossible rate", [](user_param& p) { p.frameRate = 0; }},
+            {"impossible rate", [](user_param& p) { p.frameRate = 121; }},
+    };
+    test::LogRecorder log("SimulatedSensor");
+    for (const auto& c : kCases) {
+        user_param param = Param(mListener);
+        c.change(param);
+        EXPECT_FALSE(mStream.start(&param));
+        EXPECT_EQ(log.TakeTexts(),
+                  std::vector<std::string>{std::string("W: start refused: ") + c.what});
+    }
+    EXPECT_FALSE(mStream.start(nullptr));
+    EXPECT_FALSE(mStream.stop());
+    EXPECT_FALSE(mControl.Running());
+    EXPECT_TRUE(Start(mListener));
+    EXPECT_FALSE(Start(mListener));
+    EXPECT_TRUE(mControl.Running());
+}
+
+TEST_F(SimulatedSensorTest, FailsTheCallsItWasToldTo) {
+    mControl.callFaults.start.FailCalls(2);
+    mControl.callFaults.stop.FailCalls(1);
+    mControl.callFaults.notifyCameraStatus.FailCalls(1);
+    mControl.callFaults.getSensorMode.FailCalls(2);
+    int mode = 0;
+    EXPECT_EQ(mStream.getSensorMode(0, &mode), 0);
+    EXPECT_NE(mStream.getSensorMode(0, &mode), 0);
+    EXPECT_TRUE(Start(mListener));
+    EXPECT_FALSE(mStream.stop());
+    EXPECT_TRUE(mControl.DeliverOne()) << "a refused stop leaves the stream running";
+    EXPECT_TRUE(mStream.stop());
+    EXPECT_FALSE(Start(mListener));
+    EXPECT_TRUE(Start(mListener));
+    EXPECT_FALSE(mStream.notifyCameraStatus({2, 3}, true));
+    EXPECT_TRUE(mStream.notifyCameraStatus({}, false));
+    EXPECT_EQ(mControl.CameraStatusCalls(),
+              (std::vector<CameraStatus>{{{2, 3}, true}, {{}, false}}));
+}
+
+TEST(SimulatedStream, IsNotThereWhenToldSoBeforeItsFirstUse) {
+    SimulatorControl::Instance().SetNoStream(true);
+    EXPECT_EQ(IAOVStream::createInstance(), nullptr);
+    SimulatorControl::Instance().SetNoStream(false);
+    EXPECT_EQ(IAOVStream::createInstance(), nullptr);
+}
+
+/** Keeps the numbers of the last event that the record faults can touch. */
+class HeaderListener : public StreamListener {
+  public:
+    struct Header {
+        uint32_t outputSize, fusionCount, imageHeight, imageStride, debugHeight, debugStride;
+        bool operator==(const Header&) const = default;
+    };
+    std::optional<Header> header;
+
+    void onCallback(aov_event* event) override {
+        header.reset();
+        if (event == nullptr) return;
+        header = Header{event->outputSize,
+                        0,
+                        event->imageInfo.height,
+                        event->imageInfo.stride,
+                        event->debugImageInfo.height,
+                        event->debugImageInfo.stride};
+        std::memcpy(&header->fusionCount, event->output + 199'680, 4);
+    }
+};
+
+TEST_F(SimulatedSensorTest, DeliversRecordsThatLie) {
+    const auto listener = std::make_shared<HeaderListener>();
+    const auto deliver = [&](const RecordFaults& faults) {
+        mControl.SetRecordFaults(faults);
+        EXPECT_TRUE(mControl.DeliverOne());
+        return listener->header;
+    };
+    ASSERT_TRUE(Start(listener));
+    EXPECT_EQ(deliver({}), (HeaderListener::Header{228'096, 1, 480, 640, 480, 640}));
+    RecordFaults faults;
+    faults.outputSize = 17;
+    faults.fusionCount = 0xFFFFFFFF;
+    faults.imageHeight = 0x80000000;
+    faults.imageStride = 2;
+    EXPECT_EQ(deliver(faults),
+              (HeaderListener::Header{17, 0xFFFFFFFF, 0x80000000, 2, 0x80000000, 2}));
+    faults.nullEvent = true;
+    EXPECT_EQ(deliver(faults), std::nullopt);
+    EXPECT_EQ(deliver({}), (HeaderListener::Header{228'096, 1, 480, 640, 480, 640}));
+}
+
+TEST_F(SimulatedSensorTest, BeginsNoCallbackAfterStop) {
+    mListener->Block();
+    ASSERT_TRUE(Start(mListener));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(mControl.RequestFrame());
+    ASSERT_TRUE(mListener->WaitUntilBlocked());
+    EXPECT_TRUE(mStream.stop());
+    mListener->Unblock();
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Frames(), Frames{0});
+}
+
+TEST_F(SimulatedSensorTest, WaitsForNoCallbackInFlight) {
+    mListener->Block();
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.RequestFrame());
+    ASSERT_TRUE(mListener->WaitUntilBlocked());
+    EXPECT_TRUE(mStream.notifyCameraStatus({0}, true));
+    EXPECT_TRUE(mStream.stop());
+    const auto second = std::make_shared<StreamListener>();
+    ASSERT_TRUE(Start(second));
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_EQ(second->Frames(), Frames{1});
+    mListener->Unblock();
+}
+
+TEST_F(SimulatedSensorTest, LetsTheCallbackStopAndStartIt) {
+    mListener->inEvent = [this] {
+        EXPECT_TRUE(mStream.stop());
+        EXPECT_TRUE(Start(mListener));
+    };
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_TRUE(mControl.DeliverOne());
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Frames(), (Frames{0, 1}));
+}
+
+TEST_F(SimulatedSensorTest, SharesTheCallbackFromStartToStop) {
+    auto listener = std::make_shared<StreamListener>();
+    const std::weak_ptr<StreamListener> watch = listener;
+    ASSERT_TRUE(Start(listener));
+    listener.reset();
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_FALSE(watch.expired());
+    mControl.Shutdown();
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST_F(SimulatedSensorTest, SurvivesStartsAndStopsFromManyThreadsWhileItDelivers) {
+    mControl.SetManualDelivery(false);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 3; ++t) {
+        threads.emplace_back([this, t] {
+            for (int i = 0; i < 40; ++i) {
+                user_param param = Param(mListener);
+                param.frameRate = 120;
+                param.frameWidth = 64;
+                param.frameHeight = 48;
+                mStream.start(&param);
+                t == 0 ? mControl.OpenCamera(i % 3) : mControl.SetSeed(static_cast<uint64_t>(i));
+                mStream.stop();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    mControl.Shutdown();
+    EXPECT_FALSE(mControl.Running());
+    EXPECT_EQ(mListener->Notices().size(), 40u);
+}
+
+TEST(SimulatedStream, EndsItsThreadsWhenTheProcessEndsWhileItRuns) {
+    SimulatorControl& control = SimulatorControl::Instance();
+    const auto listener = std::make_shared<StreamListener>();
+    user_param param{};
+    param.frameRate = 120;
+    param.frameWidth = 64;
+    param.frameHeight = 48;
+    param.AovStreamCallback = listener;
+    IAOVStream* stream = IAOVStream::createInstance();
+    ASSERT_TRUE(stream != nullptr && stream->start(&param));
+    control.OpenCamera(1);
+    EXPECT_TRUE(listener->WaitForEvents(1));
+}
+
+}  // namespace
+}  // namespace zarvo::host

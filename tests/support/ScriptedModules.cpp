@@ -1,0 +1,55 @@
+#include "tests/support/ScriptedModules.h"
+
+#include <utility>
+
+MtkcamModuleFactory getMtkcamModuleFactory(uint32_t moduleId) {
+    return zarvo::test::ScriptedModules::Instance().FactoryOf(moduleId);
+}
+
+namespace zarvo::test {
+
+ScriptedModules& ScriptedModules::Instance() {
+    static auto* const modules = new ScriptedModules();
+    return *modules;
+}
+
+void ScriptedModules::SetDevices(std::map<int, std::vector<int>> devices) {
+    const std::lock_guard lock(mMutex);
+    mDevices = std::move(devices);
+}
+
+void ScriptedModules::SetNoFactory(bool none) {
+    const std::lock_guard lock(mMutex);
+    mNoFactory = none;
+}
+
+void ScriptedModules::SetNoModule(bool none) {
+    const std::lock_guard lock(mMutex);
+    mNoModule = none;
+}
+
+std::vector<uint32_t> ScriptedModules::AskedModules() const {
+    const std::lock_guard lock(mMutex);
+    return mAskedModules;
+}
+
+std::vector<int> ScriptedModules::getSensorIdsOfDevice(int instanceId) {
+    const std::lock_guard lock(mMutex);
+    const auto found = mDevices.find(instanceId);
+    return found == mDevices.end() ? std::vector<int>{} : found->second;
+}
+
+MtkcamModuleFactory ScriptedModules::FactoryOf(uint32_t moduleId) {
+    const std::lock_guard lock(mMutex);
+    mAskedModules.push_back(moduleId);
+    const bool known = moduleId == MTKCAM_MODULE_ID_HAL_LOGICAL_DEVICE_LIST;
+    return known && !mNoFactory ? &Module : nullptr;
+}
+
+void* ScriptedModules::Module() {
+    ScriptedModules& modules = Instance();
+    const std::lock_guard lock(modules.mMutex);
+    return modules.mNoModule ? nullptr : static_cast<HalLogicalDeviceList*>(&modules);
+}
+
+}  // namespace zarvo::test
