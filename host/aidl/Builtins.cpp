@@ -112,12 +112,16 @@ bool IsUnsupportedBuiltin(std::string_view name) {
     return Contains(kUnsupported, name);
 }
 
+bool IsAidlWord(std::string_view word) {
+    return Contains(kAidlWords, word);
+}
+
 bool IsReservedWord(std::string_view word) {
     // Names with "__" or "_X" are the C++ implementation's.
     const bool implementation =
             word.find("__") != std::string_view::npos ||
             (word.size() > 1 && word[0] == '_' && word[1] >= 'A' && word[1] <= 'Z');
-    return implementation || word.starts_with("_aidl") || Contains(kAidlWords, word) ||
+    return implementation || word.starts_with("_aidl") || IsAidlWord(word) ||
            Contains(kCppWords, word) || Contains(kMacros, word);
 }
 

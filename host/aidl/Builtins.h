@@ -13,6 +13,8 @@ std::string_view BuiltinName(Builtin builtin);
 /** Whether the name is one of AIDL's own types that this compiler does not support. */
 bool IsUnsupportedBuiltin(std::string_view name);
 
+/** Whether the word is a keyword of AIDL. */
+bool IsAidlWord(std::string_view word);
 /** Whether the word may not be a name: a keyword of C++ or AIDL, or kept for generated code. */
 bool IsReservedWord(std::string_view word);
 /**

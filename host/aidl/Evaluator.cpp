@@ -118,59 +118,63 @@ std::optional<Value> Evaluator::ConvertElements(const Value& value, const Type& 
 
 std::optional<Value> Evaluator::ConvertElement(const Value& value, const Type& type,
                                                Position position) {
+    if (type.definition != nullptr) return ConvertEnumerator(value, type, position);
     switch (type.builtin) {
         case Builtin::kByte:
         case Builtin::kInt:
         case Builtin::kLong:
-            if (!FitsInteger(value, type.builtin, position)) return std::nullopt;
-            return Value{type.builtin == Builtin::kLong ? Kind::kLong : Kind::kInt,
-                         value.number,
-                         {},
-                         nullptr,
-                         {}};
+            return ConvertInteger(value, type.builtin, position);
         case Builtin::kBoolean:
-            if (value.kind != Kind::kBool) return Fail(position, "expected true or false");
-            return value;
+            if (value.kind == Kind::kBool) return value;
+            return Fail(position, "expected true or false");
         case Builtin::kChar:
-            if (value.kind != Kind::kChar || value.text.size() != 1) {
-                return Fail(position, "expected one character in single quotes");
-            }
-            return value;
+            if (value.kind == Kind::kChar && value.text.size() == 1) return value;
+            return Fail(position, "expected one character in single quotes");
         case Builtin::kFloat:
         case Builtin::kDouble:
-            if (value.kind != Kind::kFloat) {
-                return Fail(position, "expected a floating-point literal");
-            }
-            if (type.builtin == Builtin::kFloat && !FitsFloat(value.text)) {
-                return Fail(position, "value does not fit a float");
-            }
-            return value;
+            return ConvertFloat(value, type.builtin, position);
         case Builtin::kString:
-            if (value.kind != Kind::kString) return Fail(position, "expected a string");
-            return value;
+            if (value.kind == Kind::kString) return value;
+            return Fail(position, "expected a string");
         case Builtin::kNone:
         case Builtin::kVoid:
             break;
     }
-    if (type.definition != nullptr && type.definition->IsEnum()) {
-        if (value.enumeration == type.definition) return value;
-        return Fail(position, "expected an enumerator of " + type.definition->QualifiedName());
-    }
     return Fail(position, "type '" + type.name + "' takes no value here");
 }
 
-bool Evaluator::FitsInteger(const Value& value, Builtin builtin, Position position) {
+std::optional<Value> Evaluator::ConvertEnumerator(const Value& value, const Type& type,
+                                                  Position position) {
+    if (!type.definition->IsEnum()) {
+        return Fail(position, "type '" + type.name + "' takes no value here");
+    }
+    if (value.enumeration == type.definition) return value;
+    return Fail(position, "expected an enumerator of " + type.definition->QualifiedName());
+}
+
+std::optional<Value> Evaluator::ConvertInteger(const Value& value, Builtin builtin,
+                                               Position position) {
     if (value.kind != Kind::kInt && value.kind != Kind::kLong) {
-        Fail(position, "expected an integer");
-        return false;
+        return Fail(position, "expected an integer");
     }
-    const bool fits = builtin == Builtin::kByte  ? Within<int8_t>(value.number)
-                      : builtin == Builtin::kInt ? Within<int32_t>(value.number)
-                                                 : true;
+    const bool fits =
+            builtin == Builtin::kLong || (builtin == Builtin::kInt ? Within<int32_t>(value.number)
+                                                                   : Within<int8_t>(value.number));
     if (!fits) {
-        Fail(position, "value " + std::to_string(value.number) + " is out of range");
+        return Fail(position, "value " + std::to_string(value.number) + " is out of range");
     }
-    return fits;
+    // An enumerator's name is left behind: this is a plain number.
+    const Kind kind = builtin == Builtin::kLong ? Kind::kLong : Kind::kInt;
+    return Value{kind, value.number, {}, nullptr, {}};
+}
+
+std::optional<Value> Evaluator::ConvertFloat(const Value& value, Builtin builtin,
+                                             Position position) {
+    if (value.kind != Kind::kFloat) return Fail(position, "expected a floating-point literal");
+    if (builtin == Builtin::kFloat && !FitsFloat(value.text)) {
+        return Fail(position, "value does not fit a float");
+    }
+    return value;
 }
 
 std::nullopt_t Evaluator::Fail(Position position, std::string_view text) {

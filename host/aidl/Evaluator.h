@@ -40,7 +40,9 @@ class Evaluator {
   private:
     std::optional<Value> ConvertElements(const Value& value, const Type& type, Position position);
     std::optional<Value> ConvertElement(const Value& value, const Type& type, Position position);
-    bool FitsInteger(const Value& value, Builtin builtin, Position position);
+    std::optional<Value> ConvertEnumerator(const Value& value, const Type& type, Position position);
+    std::optional<Value> ConvertInteger(const Value& value, Builtin builtin, Position position);
+    std::optional<Value> ConvertFloat(const Value& value, Builtin builtin, Position position);
     std::nullopt_t Fail(Position position, std::string_view text);
 
     std::string_view mPath;

@@ -190,7 +190,10 @@ void TypeChecker::CheckMethod(Method& method) {
 }
 
 void TypeChecker::CheckArgument(Argument& argument, const Method& method, bool oneway) {
-    CheckName(argument);
+    // Generated code puts a prefix in front, so that any other word will do.
+    if (IsAidlWord(argument.name)) {
+        Fail(argument.position, "'" + argument.name + "' may not be a name");
+    }
     if (!Resolve(argument.type)) return;
     if (argument.type.IsVoid()) return Fail(argument.type.position, "an argument cannot be void");
     CheckDirection(argument);

@@ -205,7 +205,7 @@ TEST_F(PackageCalls, ADelegatorForwardsToWhatItStandsFor) {
 
 TEST(PackageDefault, AnswersWhatTheServerDoesNotKnow) {
     // A server of the interface's name that knows no method at all.
-    AIBinder_Class* const clazz = AIBinder_Class_define(
+    static AIBinder_Class* const clazz = AIBinder_Class_define(
             kName, [](void*) -> void* { return nullptr; }, [](void*) {},
             [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) -> binder_status_t {
                 return STATUS_UNKNOWN_TRANSACTION;
