@@ -44,7 +44,10 @@ class DemoClient::Callback : public BnAONServiceCallBack {
     ndk::ScopedAStatus onAONEvent(int64_t /*clientHandle*/, const AONCallBackInfo& info) override {
         std::lock_guard lock(mMutex);
         ++mEvents;
-        if (mEvents <= mWatchedUntil) mNarrator.Tell(mName, "  event " + EventText(info));
+        if (mLeftToWatch > 0 && info.serviceType == mWatchedTypes) {
+            --mLeftToWatch;
+            mNarrator.Tell(mName, "  event " + EventText(info));
+        }
         mChanged.notify_all();
         return ndk::ScopedAStatus::ok();
     }
@@ -59,10 +62,11 @@ class DemoClient::Callback : public BnAONServiceCallBack {
         return ndk::ScopedAStatus::ok();
     }
 
-    bool WatchEvents(int count) {
+    bool WatchEvents(int32_t serviceTypes, int count) {
         std::unique_lock lock(mMutex);
-        mWatchedUntil = mEvents + count;
-        return mChanged.wait_for(lock, kPatience, [&] { return mEvents >= mWatchedUntil; });
+        mWatchedTypes = serviceTypes;
+        mLeftToWatch = count;
+        return mChanged.wait_for(lock, kPatience, [&] { return mLeftToWatch == 0; });
     }
     bool AwaitState(int32_t sensorId, int32_t state) {
         std::unique_lock lock(mMutex);
@@ -83,8 +87,9 @@ class DemoClient::Callback : public BnAONServiceCallBack {
     std::condition_variable mChanged;
     int mEvents = 0;
     int mStates = 0;
-    /** Events beyond this number are counted, not told. */
-    int mWatchedUntil = 0;
+    int32_t mWatchedTypes = 0;
+    /** How many events are still to be told; others are only counted. */
+    int mLeftToWatch = 0;
     std::map<int32_t, int32_t> mLastStates;
 };
 
@@ -146,8 +151,8 @@ void DemoClient::Unregister() {
     Call("unregisterClient()", [&] { return mService->unregisterClient(mHandle); });
 }
 
-void DemoClient::WatchEvents(int count) {
-    mNarrator.Check(mCallback->WatchEvents(count), mName + " gets events");
+void DemoClient::WatchEvents(int32_t serviceTypes, int count) {
+    mNarrator.Check(mCallback->WatchEvents(serviceTypes, count), mName + " gets events");
 }
 
 void DemoClient::AwaitState(int32_t sensorId, int32_t state) {

@@ -32,8 +32,11 @@ class DemoClient {
     void Unsubscribe();
     void Unregister();
 
-    /** Waits for that many more events; they are told, too. */
-    void WatchEvents(int count);
+    /**
+     * Waits for that many more events with exactly these service types, and tells them. An event
+     * from before the last start may still be on its way; it is passed over.
+     */
+    void WatchEvents(int32_t serviceTypes, int count);
     /** Waits until the last state told of the sensor is this one. */
     void AwaitState(int32_t sensorId, int32_t state);
 

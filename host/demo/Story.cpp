@@ -62,13 +62,13 @@ class Story {
     void EventsArrive() {
         mNarrator.Step("It starts two services, and events arrive");
         mAlice->Start(kFusion | kGaze);
-        mAlice->WatchEvents(15);
+        mAlice->WatchEvents(kFusion | kGaze, 15);
     }
 
     void AliceStopsGaze() {
         mNarrator.Step("It stops one of them: the stream starts anew with the rest");
         mAlice->Stop(kGaze);
-        mAlice->WatchEvents(8);
+        mAlice->WatchEvents(kFusion, 8);
     }
 
     void CameraTakesTheSensor() {
@@ -85,7 +85,7 @@ class Story {
         SimulatorControl::Instance().CloseCamera(kCamera);
         mAlice->AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_IDLE);
         mAlice->Start(kFusion | kFaceAngle);
-        mAlice->WatchEvents(8);
+        mAlice->WatchEvents(kFusion | kFaceAngle, 8);
     }
 
     void BobReplacesAlice() {
@@ -94,7 +94,7 @@ class Story {
         CheckRunning(false);
         mBob->Subscribe(Config(320, 240, kFusion | kFaceFeature));
         mBob->Start(kFusion | kFaceFeature);
-        mBob->WatchEvents(8);
+        mBob->WatchEvents(kFusion | kFaceFeature, 8);
     }
 
     void BobDies() {
@@ -108,7 +108,7 @@ class Story {
         mAlice->Register(kGaze);
         mAlice->Subscribe(Config(640, 480, kGaze));
         mAlice->Start(kGaze);
-        mAlice->WatchEvents(5);
+        mAlice->WatchEvents(kGaze, 5);
         mAlice->Stop(kGaze);
         mAlice->Unsubscribe();
         mAlice->Unregister();

@@ -106,7 +106,7 @@ TEST(DebugDump, NamesEveryFileThatItCannotOpen) {
 }
 
 TEST(DebugDump, ReplacesAFileByTheBytesOfTheRegion) {
-    const std::string path = "dump_test.bin";
+    const std::string path = AON_SCRATCH_DIR "/dump_test.bin";
     std::ofstream(path) << "much longer than what comes";
     const uint8_t bytes[] = {1, 2, 3, 4, 5};
     property_set("vendor.debug.cameralog.enable", "1");
@@ -114,8 +114,8 @@ TEST(DebugDump, ReplacesAFileByTheBytesOfTheRegion) {
     writeByteToFile(bytes + 3, -2, 3, path.c_str());
 
     EXPECT_EQ(log.TakeTexts(),
-              std::vector<std::string>{"D: AONManagerCallback: dump aon output in dump_test.bin "
-                                       "file.\n"});
+              std::vector<std::string>{"D: AONManagerCallback: dump aon output in " + path +
+                                       " file.\n"});
     std::ifstream file(path, std::ios::binary);
     const std::vector<char> read{std::istreambuf_iterator<char>(file), {}};
     EXPECT_EQ(read, (std::vector<char>{2, 3, 4}));

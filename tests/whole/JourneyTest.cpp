@@ -80,7 +80,10 @@ TEST_F(Journey, ReleasesTheSensorOfAClientThatDiesWhereverItIs) {
         EXPECT_FALSE(mSimulator.Running());
         RemoteClient inEvent(mService);
         inEvent.callback->SetInEvent([&] { inEvent.BeginToDie(); });
-        Run(inEvent, 1, 1);
+        mSimulator.SetManualDelivery(true);
+        Run(inEvent, 1, 0);
+        mSimulator.DeliverOne();
+        mSimulator.SetManualDelivery(false);
         inEvent.Die();
         EXPECT_FALSE(mSimulator.Running());
         mSimulator.Shutdown();  // the event in which the client died has come to its end

@@ -43,8 +43,8 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  * what they mean; each operation below gives the real cause beside the text.
  *
  * THREADS AND DEATH. Operations may be called from any thread; the service handles them one at a
- * time, and one that brings about a callback waits for it to return. When the client's process dies the service stops and unsubscribes what it had and frees
- * its handle. When the service dies, the client's calls fail with STATUS_DEAD_OBJECT and nothing
+ * time, and one that brings about a callback waits for it to return. When the client's process
+ * dies the service stops and unsubscribes what it had and frees its handle. When the service dies, the client's calls fail with STATUS_DEAD_OBJECT and nothing
  * of the client is remembered: link to the service's death, and start from registerClient.
  */
 @VintfStability
