@@ -20,12 +20,12 @@ std::set<std::shared_ptr<DeathLink>> DeathLinkSet::TakeAll() {
     return std::exchange(mLinks, {});
 }
 
-DeathLink::DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, WeakRef proxy)
+DeathLink::DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, const WeakRef& proxy)
     : mRecipient(recipient),
       mCookie(cookie),
       mOnDied(recipient->onDied),
       mOnUnlinked(recipient->onUnlinked),
-      mProxy(std::move(proxy)),
+      mProxy(proxy),
       mSiblings(recipient->links) {}
 
 bool DeathLink::End(void (*notice)(void*)) {

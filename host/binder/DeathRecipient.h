@@ -32,7 +32,7 @@ class DeathLinkSet {
  */
 class DeathLink : public std::enable_shared_from_this<DeathLink> {
   public:
-    DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, WeakRef proxy);
+    DeathLink(const AIBinder_DeathRecipient* recipient, void* cookie, const WeakRef& proxy);
     DeathLink(const DeathLink&) = delete;
     DeathLink& operator=(const DeathLink&) = delete;
 

@@ -12,17 +12,17 @@ constexpr char32_t kLastCodePoint = 0x10FFFF;
 
 /** The forms of UTF-8 by their first byte: what marks it, and the least code point it is for. */
 struct Form {
-    uint8_t mask;
-    uint8_t mark;
     size_t length;
     char32_t least;
+    uint8_t mask;
+    uint8_t mark;
 };
 
 constexpr Form kForms[] = {
-        {0x80, 0x00, 1, 0},
-        {0xE0, 0xC0, 2, 0x80},
-        {0xF0, 0xE0, 3, 0x800},
-        {0xF8, 0xF0, 4, kFirstSupplementary},
+        {1, 0, 0x80, 0x00},
+        {2, 0x80, 0xE0, 0xC0},
+        {3, 0x800, 0xF0, 0xE0},
+        {4, kFirstSupplementary, 0xF8, 0xF0},
 };
 
 const Form* FormOf(uint8_t first) {

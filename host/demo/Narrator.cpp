@@ -74,7 +74,7 @@ void Narrator::PrintLog(const LogLine& line) {
     Print(kDim, "      | " + text);
 }
 
-void Narrator::Print(std::string_view colour, std::string_view text) {
+void Narrator::Print(std::string_view colour, std::string_view text) const {
     const bool coloured = mColours && !colour.empty();
     std::printf("%s%.*s%s\n", coloured ? std::string(colour).c_str() : "",
                 static_cast<int>(text.size()), text.data(), coloured ? kPlain : "");

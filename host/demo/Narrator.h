@@ -35,7 +35,7 @@ class Narrator {
     std::map<char, int> LogLines();
 
   private:
-    void Print(std::string_view colour, std::string_view text);
+    void Print(std::string_view colour, std::string_view text) const;
     void PrintLog(const LogLine& line);
 
     const std::chrono::milliseconds mPause;

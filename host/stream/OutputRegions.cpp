@@ -96,8 +96,10 @@ void WriteGrid(const View& view, size_t side, Bytes heat, Bytes cells) {
     const float columnWidth = static_cast<float>(view.picture.width) / static_cast<float>(side);
     const float rowHeight = static_cast<float>(view.picture.height) / static_cast<float>(side);
     for (size_t i = 0; i < side * side; ++i) {
-        const Point place{(static_cast<float>(i % side) + 0.5F) * columnWidth,
-                          (static_cast<float>(i / side) + 0.5F) * rowHeight};
+        const size_t column = i % side;
+        const size_t row = i / side;
+        const Point place{(static_cast<float>(column) + 0.5F) * columnWidth,
+                          (static_cast<float>(row) + 0.5F) * rowHeight};
         const Nearest nearest = NearestFace(view, place);
         heat[i] = ShareToByte(nearest.heat);
         if (nearest.heat > 0)

@@ -42,7 +42,7 @@ class Conversion : public testing::Test {
         mEvent.Put(24, serviceType);
         mTranslator->onCallback(mEvent.get());
         EXPECT_EQ(mSink->events.size(), 1U);
-        const AONCallBackInfo info = mSink->events.back();
+        AONCallBackInfo info = mSink->events.back();
         mSink->events.clear();
         return info;
     }

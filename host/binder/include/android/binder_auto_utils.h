@@ -85,6 +85,7 @@ class SpAIBinder {
 };
 
 // Binder objects compare by address: a process knows each object by one address only.
+// NOLINTBEGIN(bugprone-macro-parentheses): an operator takes none
 #define NDK_INTERNAL_COMPARE(OP, ORDER)                                     \
     inline bool operator OP(const SpAIBinder& lhs, const SpAIBinder& rhs) { \
         return ORDER<const AIBinder*>()(lhs.get(), rhs.get());              \
@@ -95,6 +96,7 @@ class SpAIBinder {
     inline bool operator OP(const AIBinder* lhs, const SpAIBinder& rhs) {   \
         return ORDER<const AIBinder*>()(lhs, rhs.get());                    \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 NDK_INTERNAL_COMPARE(==, std::equal_to)
 NDK_INTERNAL_COMPARE(!=, std::not_equal_to)
 NDK_INTERNAL_COMPARE(<, std::less)

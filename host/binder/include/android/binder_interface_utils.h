@@ -61,9 +61,11 @@ class SharedRefBase {
     static std::shared_ptr<T> make(Args&&... args) {
         static_assert(alignof(T) <= alignof(std::max_align_t), "malloc aligns no further");
         T* object = new T(std::forward<Args>(args)...);
+        // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): the first ref() gives it its owner
         return object->SharedRefBase::template ref<T>();
     }
 
+    // NOLINTNEXTLINE(cert-dcl54-cpp): its operator new is private
     static void operator delete(void* memory) { std::free(memory); }
 
   private:
@@ -85,7 +87,8 @@ class SharedRefBase {
 namespace std {
 template <typename T, typename... Args,
           enable_if_t<is_base_of_v<::ndk::SharedRefBase, T>, bool> = true>
-shared_ptr<T> make_shared(Args&&...) = delete;  // NOLINT: use ndk::SharedRefBase::make
+// NOLINTNEXTLINE(cert-dcl58-cpp): only takes away what would go wrong
+shared_ptr<T> make_shared(Args&&...) = delete;
 }  // namespace std
 
 namespace ndk {

@@ -64,6 +64,7 @@ inline constexpr bool kIsNullable = kIsOf<T, std::optional> || kIsOf<T, std::uni
     X(char16_t, Char)           \
     X(int8_t, Byte)
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type takes none
 #define NDK_INTERNAL_OVERLOADS(TYPE, NAME)                                                   \
     inline binder_status_t WriteNumber(AParcel* parcel, TYPE value) {                        \
         return AParcel_write##NAME(parcel, value);                                           \
@@ -78,11 +79,13 @@ inline constexpr bool kIsNullable = kIsOf<T, std::optional> || kIsOf<T, std::uni
                                        bool (*allocate)(void*, int32_t, TYPE**)) {           \
         return AParcel_read##NAME##Array(parcel, sequence, allocate);                        \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 NDK_INTERNAL_NUMBERS(NDK_INTERNAL_OVERLOADS)
 #undef NDK_INTERNAL_OVERLOADS
 
 #define NDK_INTERNAL_OR_SAME(TYPE, NAME) || std::is_same_v<T, TYPE>
 template <typename T>
+// NOLINTNEXTLINE(readability-simplify-boolean-expr): begins a list of alternatives
 inline constexpr bool kIsNumber = false NDK_INTERNAL_NUMBERS(NDK_INTERNAL_OR_SAME);
 #undef NDK_INTERNAL_OR_SAME
 #undef NDK_INTERNAL_NUMBERS
