@@ -1,0 +1,85 @@
+#include <android/binder_to_string.h>
+
+#include <thread>
+
+#include "tests/binder/Peer.h"
+
+namespace tests {
+namespace {
+
+/** One whose dump gives the file's number back. */
+class Thing : public Peer {
+  public:
+    binder_status_t dump(int fd, const char**, uint32_t) override { return fd; }
+};
+
+TEST(NdkOwners, CountReferencesAndResources) {
+    SpAIBinder binder = SharedRefBase::make<Thing>()->asBinder();
+    AIBinder* raw = binder.get();
+    const SpAIBinder copy = binder;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    binder = *&binder;
+    SpAIBinder moved = std::move(binder);
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
+    moved = nullptr;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
+    EXPECT_FALSE(ScopedAStatus().isOk());
+    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
+    ScopedAStatus& same = status;
+    status = std::move(same);
+    EXPECT_EQ(status.getDescription(), "Status(-8, EX_SERVICE_SPECIFIC): '5: busy'");
+}
+
+TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
+    std::weak_ptr<Thing> weak;
+    SpAIBinder binder;
+    {
+        auto thing = SharedRefBase::make<Thing>();
+        weak = thing;
+        binder = thing->asBinder();
+        EXPECT_EQ(thing->asBinder(), binder);
+        EXPECT_FALSE(thing->isRemote());
+    }
+    std::shared_ptr<Thing> thing = weak.lock();
+    ASSERT_NE(thing, nullptr);
+    EXPECT_EQ(ndk::ICInterface::asInterface(binder.get()), thing);
+    EXPECT_EQ(AIBinder_dump(binder.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_INDEX);
+    ndk::ScopedAIBinder_Weak old(AIBinder_Weak_new(binder.get()));
+    binder = nullptr;
+    EXPECT_EQ(old.promote(), nullptr);
+    EXPECT_NE(thing->asBinder(), nullptr);
+    thing = nullptr;
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST(NdkInterfaces, ThreadsThatAskAtOnceGetOneBinder) {
+    auto thing = SharedRefBase::make<Thing>();
+    for (int round = 0; round < 100; ++round) {
+        SpAIBinder other;
+        std::thread asker([&] { other = thing->asBinder(); });
+        const SpAIBinder binder = thing->asBinder();
+        asker.join();
+        EXPECT_EQ(binder, other);
+    }
+}
+
+template <typename T, typename = void>
+constexpr bool kMakeSharedCompiles = false;
+template <typename T>
+constexpr bool kMakeSharedCompiles<T, std::void_t<decltype(std::make_shared<T>())>> = true;
+static_assert(kMakeSharedCompiles<int> && !kMakeSharedCompiles<Thing>);
+
+TEST(NdkInterfacesDeathTest, AnObjectThatNobodyOwnedAborts) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH({ Thing onTheStack; }, "never owned");
+}
+
+TEST(NdkText, PrintsBooleansAndWhatMayBeNull) {
+    using android::internal::ToString;
+    EXPECT_EQ(ToString(std::vector<bool>{true, false}), "[true, false]");
+    EXPECT_EQ(ToString(std::optional<int>()) + ToString(std::make_shared<int>(2)), "(null)2");
+}
+
+}  // namespace
+}  // namespace tests
