@@ -7,14 +7,8 @@
 namespace tests {
 namespace {
 
-/** One whose dump gives the file's number back. */
-class Thing : public Peer {
-  public:
-    binder_status_t dump(int fd, const char**, uint32_t) override { return fd; }
-};
-
 TEST(NdkOwners, CountReferencesAndResources) {
-    SpAIBinder binder = SharedRefBase::make<Thing>()->asBinder();
+    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
     AIBinder* raw = binder.get();
     const SpAIBinder copy = binder;
     EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
@@ -32,33 +26,29 @@ TEST(NdkOwners, CountReferencesAndResources) {
 }
 
 TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
-    std::weak_ptr<Thing> weak;
-    SpAIBinder binder;
-    {
-        auto thing = SharedRefBase::make<Thing>();
-        weak = thing;
-        binder = thing->asBinder();
-        EXPECT_EQ(thing->asBinder(), binder);
-        EXPECT_FALSE(thing->isRemote());
-    }
-    std::shared_ptr<Thing> thing = weak.lock();
-    ASSERT_NE(thing, nullptr);
-    EXPECT_EQ(ndk::ICInterface::asInterface(binder.get()), thing);
-    EXPECT_EQ(AIBinder_dump(binder.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_INDEX);
+    auto peer = SharedRefBase::make<Peer>();
+    const std::weak_ptr<Peer> weak = peer;
+    SpAIBinder binder = peer->asBinder();
+    EXPECT_EQ(peer->asBinder(), binder);
+    EXPECT_FALSE(peer->isRemote());
+    peer.reset();
+    peer = weak.lock();
+    ASSERT_NE(peer, nullptr);
+    EXPECT_EQ(ndk::ICInterface::asInterface(binder.get()), peer);
     ndk::ScopedAIBinder_Weak old(AIBinder_Weak_new(binder.get()));
     binder = nullptr;
     EXPECT_EQ(old.promote(), nullptr);
-    EXPECT_NE(thing->asBinder(), nullptr);
-    thing = nullptr;
+    EXPECT_NE(peer->asBinder(), nullptr);
+    peer.reset();
     EXPECT_TRUE(weak.expired());
 }
 
 TEST(NdkInterfaces, ThreadsThatAskAtOnceGetOneBinder) {
-    auto thing = SharedRefBase::make<Thing>();
+    auto peer = SharedRefBase::make<Peer>();
     for (int round = 0; round < 100; ++round) {
         SpAIBinder other;
-        std::thread asker([&] { other = thing->asBinder(); });
-        const SpAIBinder binder = thing->asBinder();
+        std::thread asker([&] { other = peer->asBinder(); });
+        const SpAIBinder binder = peer->asBinder();
         asker.join();
         EXPECT_EQ(binder, other);
     }
@@ -68,11 +58,11 @@ template <typename T, typename = void>
 constexpr bool kMakeSharedCompiles = false;
 template <typename T>
 constexpr bool kMakeSharedCompiles<T, std::void_t<decltype(std::make_shared<T>())>> = true;
-static_assert(kMakeSharedCompiles<int> && !kMakeSharedCompiles<Thing>);
+static_assert(kMakeSharedCompiles<int> && !kMakeSharedCompiles<Peer>);
 
 TEST(NdkInterfacesDeathTest, AnObjectThatNobodyOwnedAborts) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    EXPECT_DEATH({ Thing onTheStack; }, "never owned");
+    EXPECT_DEATH({ Peer onTheStack; }, "never owned");
 }
 
 TEST(NdkText, PrintsBooleansAndWhatMayBeNull) {

@@ -12,7 +12,7 @@ namespace {
 
 using LoopbackTest = ConnectionTest;
 
-TEST_F(LoopbackTest, RootIsOneRemoteObjectAsLongAsAnyoneHoldsIt) {
+TEST_F(LoopbackTest, LocalRootIsOneRemoteObjectAsLongAsAnyoneHoldsIt) {
     EXPECT_TRUE(AIBinder_isRemote(mRoot.get()));
     EXPECT_TRUE(AIBinder_isAlive(mRoot.get()));
     EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_OK);
@@ -20,11 +20,8 @@ TEST_F(LoopbackTest, RootIsOneRemoteObjectAsLongAsAnyoneHoldsIt) {
     EXPECT_EQ(mRoot, mProxy->asBinder());
     EXPECT_NE(mRoot, mPeer->asBinder());
     EXPECT_EQ(AIBinder_getUserData(mRoot.get()), nullptr);
-}
-
-TEST_F(LoopbackTest, OnlyALocalObjectCanBeARoot) {
-    EXPECT_EQ(Loopback::Connect(nullptr), nullptr);
     EXPECT_EQ(Loopback::Connect(mRoot.get()), nullptr);
+    EXPECT_EQ(Loopback::Connect(nullptr), nullptr);
 }
 
 TEST_F(LoopbackTest, CallsGoToAnyDepthOnTheCallersThread) {

@@ -49,7 +49,7 @@ using MaybePoints = std::optional<std::vector<std::optional<Point>>>;
 
 /** Reads the value of all the bytes. */
 template <typename T>
-void ExpectRead(const T& value, std::string_view hex) {
+void ExpectRead(const T& value, const Text& hex) {
     SCOPED_TRACE(hex);
     const ScopedAParcel parcel = ParcelOf(hex);
     T read{};
@@ -60,7 +60,7 @@ void ExpectRead(const T& value, std::string_view hex) {
 
 /** Makes these bytes of the value, and the value of them again. */
 template <typename T>
-void ExpectBytes(const T& value, std::string_view hex) {
+void ExpectBytes(const T& value, const Text& hex) {
     const ScopedAParcel parcel(AParcel_create());
     EXPECT_EQ(AParcel_writeNullableData(parcel.get(), value), STATUS_OK);
     EXPECT_EQ(Hex(parcel.get()), hex);
@@ -148,23 +148,26 @@ TEST(ParcelBytes, ImpossibleValuesLeaveNone) {
 template <typename T>
 binder_status_t Read(const AParcel* parcel) {
     T value{};
-    return ndk::AParcel_readData(parcel, &value);
-}
-
-binder_status_t ReadMaybeText(const AParcel* parcel) {
-    MaybeText value;
     return AParcel_readNullableData(parcel, &value);
 }
 
-binder_status_t ReadObject(const AParcel* parcel) {
-    return AParcel_readStrongBinder(parcel, SpAIBinder().getR());
+binder_status_t ReadRequiredObject(const AParcel* parcel) {
+    SpAIBinder value;
+    return ndk::AParcel_readData(parcel, &value);
 }
 
 binder_status_t ReadOutcome(const AParcel* parcel) {
-    return AParcel_readStatusHeader(parcel, ScopedAStatus().getR());
+    ScopedAStatus outcome;
+    const binder_status_t status = AParcel_readStatusHeader(parcel, outcome.getR());
+    EXPECT_EQ(outcome.get() != nullptr, status == STATUS_OK);
+    return status;
 }
 
+constexpr binder_status_t kBadValue = STATUS_BAD_VALUE;
+constexpr binder_status_t kBadType = STATUS_BAD_TYPE;
 constexpr binder_status_t kNull = STATUS_UNEXPECTED_NULL;
+constexpr binder_status_t kUnknown = STATUS_UNKNOWN_ERROR;
+constexpr binder_status_t kNoMemory = STATUS_NO_MEMORY;
 constexpr binder_status_t kTooShort = STATUS_NOT_ENOUGH_DATA;
 
 const struct {
@@ -175,51 +178,58 @@ const struct {
     int32_t position;
 } kReads[] = {
         {"nothing", Read<int32_t>, "", kTooShort, 0},
-        {"no outcome", ReadOutcome, "", kTooShort, 0},
         {"int32 of three bytes, padded", Read<int32_t>, "010203", STATUS_OK, 4},
         {"half an int64", Read<int64_t>, "01000000", kTooShort, 0},
-
+        {"no outcome", ReadOutcome, "", kTooShort, 0},
+        {"outcome without its message", ReadOutcome, "fdffffff", kTooShort, 4},
+        {"outcome without its number", ReadOutcome, "f8ffffff000000000000000000000000", kTooShort,
+         16},
+        {"reply header longer than all", ReadOutcome, "80ffffff0c00000000000000", kUnknown, 8},
+        {"reply header of negative size", ReadOutcome, "80ffffffffffffff00000000", kUnknown, 8},
+        {"trace longer than all", ReadOutcome, "fdffffff00000000000000000c00000001020304", kUnknown,
+         16},
+        {"trace of negative size", ReadOutcome, "fdffffff0000000000000000ffffffff01020304",
+         kUnknown, 16},
+        {"record longer than all", ReadOutcome, "f7ffffff0000000000000000000000000c00000001020304",
+         kUnknown, 20},
         {"null string", Read<Text>, "ffffffff", kNull, 4},
-        {"null string where allowed", ReadMaybeText, "ffffffff", STATUS_OK, 4},
-        {"string without its NUL", Read<Text>, "01000000 61006200", kNull, 8},
-        {"string cut short", Read<Text>, "05000000 61006200", kNull, 4},
-        {"string of negative length", Read<Text>, "feffffff 61006200", kNull, 4},
-        {"string of greatest length", Read<Text>, "ffffff7f 61006200", kNull, 4},
+        {"null string where allowed", Read<MaybeText>, "ffffffff", STATUS_OK, 4},
+        {"string without its NUL", Read<Text>, "0100000061006200", kNull, 8},
+        {"string cut short", Read<Text>, "0500000061006200", kNull, 4},
+        {"string of negative length", Read<Text>, "feffffff61006200", kNull, 4},
+        {"string of greatest length", Read<Text>, "ffffff7f61006200", kNull, 4},
         {"string with its count cut", Read<Text>, "", kTooShort, 0},
-
         {"null int32s", Read<Ints>, "ffffffff", kNull, 4},
-        {"less than null int32s", Read<Ints>, "feffffff", STATUS_BAD_VALUE, 4},
-        {"too many int32s", Read<Ints>, "64000000 01000000", STATUS_NO_MEMORY, 4},
-        {"int32s longer than their bytes", Read<Ints>, "02000000 01000000", STATUS_NO_MEMORY, 4},
-        {"most int32s", Read<Ints>, "ffffff7f 01000000", STATUS_NO_MEMORY, 4},
-        {"most doubles", Read<Doubles>, "ffffff7f 01000000", STATUS_NO_MEMORY, 4},
+        {"less than null int32s", Read<Ints>, "feffffff", kBadValue, 4},
+        {"too many int32s", Read<Ints>, "6400000001000000", kNoMemory, 4},
+        {"int32s longer than their bytes", Read<Ints>, "0200000001000000", kNoMemory, 4},
+        {"most int32s", Read<Ints>, "ffffff7f01000000", kNoMemory, 4},
+        {"most doubles", Read<Doubles>, "ffffff7f01000000", kNoMemory, 4},
         {"null bytes", Read<Bytes8>, "ffffffff", kNull, 4},
-        {"bytes without padding", Read<Bytes8>, "03000000 010203", STATUS_OK, 8},
+        {"bytes without padding", Read<Bytes8>, "03000000010203", STATUS_OK, 8},
         {"null bools", Read<Bools>, "ffffffff", kNull, 4},
-        {"most bools", Read<Bools>, "ffffff7f 01000000", STATUS_NO_MEMORY, 4},
-        {"bools cut short", Read<Bools>, "02000000 01000000", kTooShort, 8},
-        {"chars cut short", Read<Chars>, "02000000 41000000", kTooShort, 8},
+        {"most bools", Read<Bools>, "ffffff7f01000000", kNoMemory, 4},
+        {"bools cut short", Read<Bools>, "0200000001000000", kTooShort, 8},
+        {"chars cut short", Read<Chars>, "0200000041000000", kTooShort, 8},
         {"null strings", Read<Texts>, "ffffffff", kNull, 4},
-        {"most strings", Read<Texts>, "ffffff7f 01000000", STATUS_NO_MEMORY, 4},
-        {"strings with a null one", Read<Texts>, "01000000 ffffffff", kNull, 8},
-
+        {"most strings", Read<Texts>, "ffffff7f01000000", kNoMemory, 4},
+        {"strings with a null one", Read<Texts>, "01000000ffffffff", kNull, 8},
         {"null record", Read<Point>, "00000000", kNull, 4},
-        {"null records", Read<Points>, "ffffffff", STATUS_NO_MEMORY, 4},
-        {"less than null records", Read<Points>, "feffffff", STATUS_BAD_VALUE, 4},
-        {"more records than bytes", Read<Points>, "05000000 01000000", STATUS_NO_MEMORY, 4},
-        {"records cut short", Read<Points>, "04000000 01000000", kTooShort, 8},
-
-        {"null object", ReadObject, "00000000 00000000", STATUS_OK, 8},
-        {"null object where none may be", Read<SpAIBinder>, "00000000 00000000", kNull, 8},
-        {"null object with a stability", ReadObject, "00000000 3f000000", STATUS_BAD_TYPE, 8},
-        {"null object told by one bit", ReadObject, "02000000 00000000", STATUS_OK, 8},
-        {"object of no stability", ReadObject, "01000000 0100000000000000 00000000",
-         STATUS_BAD_TYPE, 16},
-        {"object of odd stability", ReadObject, "01000000 0100000000000000 07000000",
-         STATUS_BAD_TYPE, 16},
-        {"object nobody put there", ReadObject, "01000000 0100000000000000 3f000000",
-         STATUS_BAD_VALUE, 16},
-        {"object cut short", ReadObject, "01000000 01000000", kTooShort, 4},
+        {"null records", Read<Points>, "ffffffff", kNoMemory, 4},
+        {"less than null records", Read<Points>, "feffffff", kBadValue, 4},
+        {"more records than bytes", Read<Points>, "0500000001000000", kNoMemory, 4},
+        {"records cut short", Read<Points>, "0400000001000000", kTooShort, 8},
+        {"null object", Read<SpAIBinder>, "0000000000000000", STATUS_OK, 8},
+        {"null object where none may be", ReadRequiredObject, "0000000000000000", kNull, 8},
+        {"null object with a stability", Read<SpAIBinder>, "000000003f000000", kBadType, 8},
+        {"null object told by one bit", Read<SpAIBinder>, "0200000000000000", STATUS_OK, 8},
+        {"object of no stability", Read<SpAIBinder>, "01000000010000000000000000000000", kBadType,
+         16},
+        {"object of odd stability", Read<SpAIBinder>, "01000000010000000000000007000000", kBadType,
+         16},
+        {"object nobody put there", Read<SpAIBinder>, "0100000001000000000000003f000000", kBadValue,
+         16},
+        {"object cut short", Read<SpAIBinder>, "0100000001000000", kTooShort, 4},
 };
 
 TEST(ParcelBytes, OddOnesGiveTheirErrorAndPosition) {
@@ -260,19 +270,16 @@ TEST(ParcelBytes, ElementsAreMadeOnlyAsTheyArrive) {
 
 TEST(ParcelBytes, OutVectorsAreResizedWithinLimits) {
     Points points(1);
-    const struct {
-        const char* length;
-        binder_status_t status;
-    } cases[] = {{"41420f00", STATUS_NO_MEMORY},
-                 {"ffffffff", STATUS_UNEXPECTED_NULL},
-                 {"40420f00", STATUS_OK},
-                 {"00000000", STATUS_OK},
-                 {"02000000", STATUS_OK}};
-    for (const auto& c : cases)
-        EXPECT_EQ(ndk::AParcel_resizeVector(ParcelOf(c.length).get(), &points), c.status);
+    const auto resize = [](const char* length, auto* vector) {
+        return ndk::AParcel_resizeVector(ParcelOf(length).get(), vector);
+    };
+    EXPECT_EQ(resize("41420f00", &points), STATUS_NO_MEMORY);
+    EXPECT_EQ(resize("ffffffff", &points), STATUS_UNEXPECTED_NULL);
+    for (const char* const length : {"40420f00", "00000000", "02000000"})
+        EXPECT_EQ(resize(length, &points), STATUS_OK);
     EXPECT_EQ(points, Points(2));
     std::optional<Points> nullable(points);
-    EXPECT_EQ(ndk::AParcel_resizeVector(ParcelOf("ffffffff").get(), &nullable), STATUS_OK);
+    EXPECT_EQ(resize("ffffffff", &nullable), STATUS_OK);
     EXPECT_FALSE(nullable.has_value());
 }
 

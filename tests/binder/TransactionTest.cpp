@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "tests/binder/Hex.h"
 #include "tests/binder/Peer.h"
 
@@ -123,12 +121,6 @@ TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
     AParcel_writeInt32(in.get(), 12);
     AParcel_writeInt32(in.get(), 5);
     EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_VALUE);
-}
-
-TEST_P(TransactionTest, CallerIsThisProcess) {
-    EXPECT_EQ(AIBinder_getCallingUid(), getuid());
-    EXPECT_EQ(AIBinder_getCallingPid(), getpid());
-    EXPECT_FALSE(AIBinder_isHandlingTransaction());
 }
 
 }  // namespace
