@@ -20,8 +20,7 @@ TEST(NdkOwners, CountReferencesAndResources) {
     EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
     EXPECT_FALSE(ScopedAStatus().isOk());
     ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
-    ScopedAStatus& same = status;
-    status = std::move(same);
+    status = std::move(*&status);
     EXPECT_EQ(status.getDescription(), "Status(-8, EX_SERVICE_SPECIFIC): '5: busy'");
 }
 

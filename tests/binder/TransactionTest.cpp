@@ -52,7 +52,7 @@ TEST_P(TransactionTest, WholeRequestIsServedAndWhatFollowsItIgnored) {
 }
 
 TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
-    for (const transaction_code_t code : {0, 50, 0x01000000, 0x5F504E47})
+    for (const transaction_code_t code : {0u, 50u, 0x01000000u, 0x5F504E47u})
         EXPECT_EQ(Transact(PrepareVisit(), code), STATUS_UNKNOWN_TRANSACTION) << code;
     EXPECT_EQ(Transact(PrepareVisit(), kVisit, 0x02), STATUS_BAD_VALUE);
     const SpAIBinder other = SharedRefBase::make<Peer>()->asBinder();
