@@ -71,6 +71,8 @@ class DeathTest : public ConnectionTest {
     }
 
     Watch mWatch;
+    Watch mOther;
+    Watch mAtServer;
     ndk::ScopedAIBinder_DeathRecipient mRecipient;
 };
 
@@ -85,32 +87,29 @@ TEST_F(DeathTest, KillingAnIdleConnectionMakesItsProxiesDead) {
 }
 
 TEST_F(DeathTest, EveryLinkOfBothEndsGivesOneNoticeAndIsThenUnlinked) {
-    Watch once;
-    Watch atServer;
     ASSERT_EQ(Visit(SharedRefBase::make<Peer>()), STATUS_OK);
-    EXPECT_EQ(LinkTo(mPeer->visitor->asBinder().get(), &atServer), STATUS_OK);
-    EXPECT_EQ(Link(&once), STATUS_OK);
+    EXPECT_EQ(LinkTo(mPeer->visitor->asBinder().get(), &mAtServer), STATUS_OK);
+    EXPECT_EQ(Link(&mOther), STATUS_OK);
     EXPECT_EQ(Link(&mWatch), STATUS_OK);
     EXPECT_EQ(Link(&mWatch), STATUS_OK);
     KillAndWait();
     KillAndWait();
-    for (const Watch* watch : {&once, &atServer}) {
+    for (const Watch* watch : {&mOther, &mAtServer}) {
         EXPECT_EQ(watch->died, 1);
         EXPECT_EQ(watch->unlinked, 1);
         EXPECT_NE(watch->thread, std::this_thread::get_id());
     }
     EXPECT_EQ(mWatch.died, 2);
     EXPECT_EQ(mWatch.unlinked, 2);
-    EXPECT_FALSE(once.unlinkedFirst || mWatch.unlinkedFirst || atServer.unlinkedFirst);
-    EXPECT_EQ(Unlink(&once), STATUS_NAME_NOT_FOUND);
+    EXPECT_FALSE(mOther.unlinkedFirst || mWatch.unlinkedFirst || mAtServer.unlinkedFirst);
+    EXPECT_EQ(Unlink(&mOther), STATUS_NAME_NOT_FOUND);
 }
 
 TEST_F(DeathTest, UnlinkTakesOneLinkOfThatCookieBack) {
-    Watch other;
     EXPECT_EQ(Unlink(&mWatch), STATUS_NAME_NOT_FOUND);
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    EXPECT_EQ(Unlink(&other), STATUS_NAME_NOT_FOUND);
+    EXPECT_EQ(Unlink(&mOther), STATUS_NAME_NOT_FOUND);
     EXPECT_EQ(Unlink(&mWatch), STATUS_OK);
     EXPECT_EQ(mWatch.unlinked, 1);
     KillAndWait();
@@ -134,18 +133,17 @@ TEST_F(DeathTest, LinkThatFailsIsUnlinkedAtOnce) {
 }
 
 TEST_F(DeathTest, UnlinkWhileDyingSaysSo) {
-    Watch second;
     Gate gate;
     mWatch.onDied = [&] { gate.Pass(); };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    ASSERT_EQ(Link(&second), STATUS_OK);
+    ASSERT_EQ(Link(&mOther), STATUS_OK);
     mLoopback->Kill();
     gate.entered.get_future().wait();
     EXPECT_EQ(Unlink(&mWatch), STATUS_NAME_NOT_FOUND);
-    EXPECT_EQ(Unlink(&second), STATUS_DEAD_OBJECT);
+    EXPECT_EQ(Unlink(&mOther), STATUS_DEAD_OBJECT);
     gate.goOn.set_value();
     mLoopback->WaitForNotices();
-    EXPECT_EQ(second.died, 1);
+    EXPECT_EQ(mOther.died, 1);
 }
 
 TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
@@ -224,20 +222,19 @@ TEST_F(DeathTest, LastLoopbackPointerMayGoInANoticeAndProxiesOutliveIt) {
     std::promise<void> killed;
     // The connection's thread is joined by nobody: what it tells last outlives this test.
     const auto over = std::make_shared<std::promise<void>>();
-    Watch last;
     mWatch.onDied = [&] {
         mLoopback->WaitForNotices();
         killed.get_future().wait();
         mLoopback.reset();
     };
-    last.onOver = [over] { over->set_value(); };
+    mOther.onOver = [over] { over->set_value(); };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    ASSERT_EQ(Link(&last), STATUS_OK);
+    ASSERT_EQ(Link(&mOther), STATUS_OK);
     mLoopback->Kill();
     killed.set_value();
     over->get_future().wait();
     EXPECT_EQ(mLoopback, nullptr);
-    EXPECT_EQ(last.died, 1);
+    EXPECT_EQ(mOther.died, 1);
     EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
 }
 
