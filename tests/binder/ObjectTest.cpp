@@ -1,35 +1,31 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include <android/binder_stability.h>
 
-#include "host/binder/Loopback.h"
-#include "tests/binder/Hex.h"
 #include "tests/binder/Peer.h"
 
+namespace tests {
 namespace {
 
-using aidl::tests::IPeer;
-using aidl::tests::OtherPeerClass;
-using aidl::tests::Peer;
-using aidl::tests::PeerClass;
 using ndk::ScopedAIBinder_Weak;
-using ndk::ScopedAParcel;
-using ndk::SharedRefBase;
-using ndk::SpAIBinder;
-using zarvo::host::Loopback;
 
 AIBinder_Class* Define(const char* descriptor) {
     return AIBinder_Class_define(
             descriptor, [](void* args) { return args; },
-            [](void* userData) { ++*static_cast<int*>(userData); },
+            [](void* destroyed) {
+                if (destroyed != nullptr) ++*static_cast<int*>(destroyed);
+            },
             [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) -> binder_status_t {
                 return STATUS_OK;
             });
 }
 
+AIBinder_Class* CounterClass() {
+    static AIBinder_Class* const clazz = Define("tests.Counter");
+    return clazz;
+}
+
 TEST(Class, NeedsAllItsParts) {
-    AIBinder_Class* const clazz = Define("tests.Counter");
-    ASSERT_NE(clazz, nullptr);
-    EXPECT_STREQ(AIBinder_Class_getDescriptor(clazz), "tests.Counter");
+    ASSERT_NE(CounterClass(), nullptr);
+    EXPECT_STREQ(AIBinder_Class_getDescriptor(CounterClass()), "tests.Counter");
     EXPECT_EQ(Define(nullptr), nullptr);
     EXPECT_EQ(AIBinder_Class_define("tests.Counter", nullptr, nullptr, nullptr), nullptr);
     EXPECT_EQ(AIBinder_new(nullptr, nullptr), nullptr);
@@ -37,7 +33,7 @@ TEST(Class, NeedsAllItsParts) {
 
 TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     int destroyed = 0;
-    AIBinder* const binder = AIBinder_new(Define("tests.Counter"), &destroyed);
+    AIBinder* const binder = AIBinder_new(CounterClass(), &destroyed);
     EXPECT_EQ(AIBinder_getUserData(binder), &destroyed);
     const ScopedAIBinder_Weak weak(AIBinder_Weak_new(binder));
     const ScopedAIBinder_Weak clone(AIBinder_Weak_clone(weak.get()));
@@ -67,9 +63,8 @@ TEST(LocalObject, OrderOfWeakReferencesIsThatOfTheirObjects) {
 TEST(LocalObject, IsOfItsClassAloneAndAlwaysAlive) {
     const auto peer = SharedRefBase::make<Peer>();
     const SpAIBinder binder = peer->asBinder();
-    EXPECT_EQ(binder, peer->asBinder());
     EXPECT_TRUE(AIBinder_associateClass(binder.get(), PeerClass()));
-    EXPECT_FALSE(AIBinder_associateClass(binder.get(), OtherPeerClass()));
+    EXPECT_FALSE(AIBinder_associateClass(binder.get(), Define(IPeer::descriptor)));
     EXPECT_FALSE(AIBinder_associateClass(binder.get(), nullptr));
     EXPECT_EQ(AIBinder_getClass(binder.get()), PeerClass());
     EXPECT_FALSE(AIBinder_isRemote(binder.get()));
@@ -93,110 +88,131 @@ TEST(LocalObject, NullIsNoObject) {
     AIBinder_markVintfStability(nullptr);
 }
 
-TEST(RemoteObject, IsOfTheFirstClassThatHasItsName) {
-    const auto loopback = Loopback::Connect(SharedRefBase::make<Peer>()->asBinder().get());
-    const SpAIBinder root = loopback->Root();
-    ScopedAParcel in;
-    EXPECT_EQ(AIBinder_prepareTransaction(root.get(), in.getR()), STATUS_INVALID_OPERATION);
-    EXPECT_FALSE(AIBinder_associateClass(root.get(), Define("tests.Counter")));
-    EXPECT_EQ(AIBinder_getClass(root.get()), nullptr);
-    // The name is known by now, so that it takes no living object.
-    loopback->Kill();
-    EXPECT_TRUE(AIBinder_associateClass(root.get(), PeerClass()));
-    EXPECT_TRUE(AIBinder_associateClass(root.get(), PeerClass()));
-    EXPECT_FALSE(AIBinder_associateClass(root.get(), OtherPeerClass()));
-    EXPECT_EQ(AIBinder_getClass(root.get()), PeerClass());
+/** Seen through a connection, of no class yet. */
+class RemoteObject : public testing::Test {
+  protected:
+    const SpAIBinder mLocal = SharedRefBase::make<Peer>()->asBinder();
+    const std::shared_ptr<Loopback> mLoopback = Loopback::Connect(mLocal.get());
+    const SpAIBinder mRoot = mLoopback->Root();
+};
 
-    const SpAIBinder dead =
-            Loopback::Connect(SharedRefBase::make<Peer>()->asBinder().get())->Root();
+TEST_F(RemoteObject, IsOfTheFirstClassThatHasItsName) {
+    ScopedAParcel in;
+    EXPECT_EQ(AIBinder_prepareTransaction(mRoot.get(), in.getR()), STATUS_INVALID_OPERATION);
+    EXPECT_FALSE(AIBinder_associateClass(mRoot.get(), CounterClass()));
+    EXPECT_EQ(AIBinder_getClass(mRoot.get()), nullptr);
+    // The name is known by now, so that it takes no living object.
+    mLoopback->Kill();
+    EXPECT_TRUE(AIBinder_associateClass(mRoot.get(), PeerClass()));
+    EXPECT_TRUE(AIBinder_associateClass(mRoot.get(), PeerClass()));
+    EXPECT_FALSE(AIBinder_associateClass(mRoot.get(), Define(IPeer::descriptor)));
+    EXPECT_EQ(AIBinder_getClass(mRoot.get()), PeerClass());
+
+    const SpAIBinder dead = Loopback::Connect(mLocal.get())->Root();
     EXPECT_FALSE(AIBinder_associateClass(dead.get(), PeerClass()));
 }
 
-TEST(RemoteObject, CannotDumpWhatALocalOneCan) {
-    const SpAIBinder local = SharedRefBase::make<Peer>()->asBinder();
-    const auto loopback = Loopback::Connect(local.get());
-    EXPECT_EQ(AIBinder_dump(local.get(), STDERR_FILENO, nullptr, 0), STATUS_OK);
-    EXPECT_EQ(AIBinder_dump(loopback->Root().get(), STDERR_FILENO, nullptr, 0), STATUS_BAD_TYPE);
+TEST_F(RemoteObject, CannotDumpWhatALocalOneCan) {
+    EXPECT_EQ(AIBinder_dump(mLocal.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_INDEX);
+    EXPECT_EQ(AIBinder_dump(mRoot.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_TYPE);
 }
 
-TEST(RemoteObject, ShowsTheExtensionOfItsObject) {
-    const SpAIBinder local = SharedRefBase::make<Peer>()->asBinder();
+TEST_F(RemoteObject, ShowsTheExtensionOfItsObject) {
     const auto extension = SharedRefBase::make<Peer>();
-    const auto loopback = Loopback::Connect(local.get());
-    const SpAIBinder root = loopback->Root();
     SpAIBinder shown;
-    EXPECT_EQ(AIBinder_getExtension(root.get(), shown.getR()), STATUS_OK);
+    EXPECT_EQ(AIBinder_getExtension(mRoot.get(), shown.getR()), STATUS_OK);
     EXPECT_EQ(shown.get(), nullptr);
-    EXPECT_EQ(AIBinder_setExtension(root.get(), local.get()), STATUS_INVALID_OPERATION);
-    EXPECT_EQ(AIBinder_setExtension(local.get(), extension->asBinder().get()), STATUS_OK);
-    EXPECT_EQ(AIBinder_getExtension(root.get(), shown.getR()), STATUS_OK);
+    EXPECT_EQ(AIBinder_setExtension(mRoot.get(), mLocal.get()), STATUS_INVALID_OPERATION);
+    EXPECT_EQ(AIBinder_setExtension(mLocal.get(), extension->asBinder().get()), STATUS_OK);
+    EXPECT_EQ(AIBinder_getExtension(mRoot.get(), shown.getR()), STATUS_OK);
     EXPECT_TRUE(AIBinder_isRemote(shown.get()));
 }
 
-enum class Mark { kNone, kVendor, kSystem, kVintf };
+using Mark = void (*)(AIBinder* binder);
 
-struct StabilityCase {
-    Mark mark;
-    bool vendorCallerMay;
-    bool systemCallerMay;
-    int32_t sentAs;
-};
-
-SpAIBinder MarkedPeer(Mark mark) {
-    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
-    if (mark == Mark::kVendor) AIBinder_markVendorStability(binder.get());
-    if (mark == Mark::kSystem) AIBinder_markSystemStability(binder.get());
-    if (mark == Mark::kVintf) AIBinder_markVintfStability(binder.get());
+SpAIBinder MarkedObject(Mark mark) {
+    SpAIBinder binder(AIBinder_new(CounterClass(), nullptr));
+    if (mark != nullptr) mark(binder.get());
     return binder;
 }
 
-binder_status_t Tell(const SpAIBinder& peer, binder_flags_t flags) {
-    AIBinder_associateClass(peer.get(), PeerClass());
+binder_status_t Call(const SpAIBinder& object, binder_flags_t flags) {
+    AIBinder_associateClass(object.get(), CounterClass());
     ScopedAParcel in;
     ScopedAParcel out;
-    AIBinder_prepareTransaction(peer.get(), in.getR());
-    AParcel_writeInt32(in.get(), 1);
-    return AIBinder_transact(peer.get(), IPeer::TRANSACTION_tell, in.getR(), out.getR(), flags);
+    AIBinder_prepareTransaction(object.get(), in.getR());
+    return AIBinder_transact(object.get(), FIRST_CALL_TRANSACTION, in.getR(), out.getR(), flags);
+}
+
+template <typename T>
+void ExpectNext(const AParcel* parcel, T expected) {
+    T value = 0;
+    EXPECT_EQ(ndk::AParcel_readData(parcel, &value), STATUS_OK);
+    EXPECT_EQ(value, expected);
 }
 
 TEST(Stability, CallIsAllowedWhereTheObjectPromisesWhatTheCallerNeeds) {
-    const StabilityCase cases[] = {
-            {Mark::kNone, false, true, 12},
-            {Mark::kVendor, true, false, 3},
-            {Mark::kSystem, false, true, 12},
-            {Mark::kVintf, true, true, 63},
+    const struct {
+        Mark mark;
+        binder_status_t vendorCall;
+        binder_status_t systemCall;
+        int32_t sentAs;
+    } cases[] = {
+            {nullptr, STATUS_BAD_TYPE, STATUS_OK, 12},
+            {AIBinder_markVendorStability, STATUS_OK, STATUS_BAD_TYPE, 3},
+            {AIBinder_markSystemStability, STATUS_BAD_TYPE, STATUS_OK, 12},
+            {AIBinder_markVintfStability, STATUS_OK, STATUS_OK, 63},
     };
-    for (const StabilityCase& stability : cases) {
-        SCOPED_TRACE(stability.sentAs);
-        const SpAIBinder local = MarkedPeer(stability.mark);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sentAs);
+        const SpAIBinder local = MarkedObject(c.mark);
         const auto loopback = Loopback::Connect(local.get());
         const SpAIBinder root = loopback->Root();
-        EXPECT_EQ(Tell(root, FLAG_PRIVATE_VENDOR),
-                  stability.vendorCallerMay ? STATUS_OK : STATUS_BAD_TYPE);
-        EXPECT_EQ(Tell(root, 0), stability.systemCallerMay ? STATUS_OK : STATUS_BAD_TYPE);
-        EXPECT_EQ(Tell(local, FLAG_PRIVATE_VENDOR), STATUS_OK);
+        EXPECT_EQ(Call(root, FLAG_PRIVATE_VENDOR), c.vendorCall);
+        EXPECT_EQ(Call(root, 0), c.systemCall);
+        EXPECT_EQ(Call(local, FLAG_PRIVATE_VENDOR), STATUS_OK);
         EXPECT_EQ(AIBinder_ping(root.get()), STATUS_OK);
 
         const ScopedAParcel parcel(AParcel_create());
-        int32_t level = 0;
         AParcel_writeStrongBinder(parcel.get(), local.get());
         AParcel_setDataPosition(parcel.get(), 12);
-        AParcel_readInt32(parcel.get(), &level);
-        EXPECT_EQ(level, stability.sentAs);
+        ExpectNext(parcel.get(), c.sentAs);
     }
 }
 
 TEST(Stability, FirstMarkOrFirstSendingStands) {
-    const SpAIBinder binder = MarkedPeer(Mark::kVendor);
+    const SpAIBinder binder = MarkedObject(AIBinder_markVendorStability);
     AIBinder_markVintfStability(binder.get());
     const auto vendor = Loopback::Connect(binder.get());
-    EXPECT_EQ(Tell(vendor->Root(), 0), STATUS_BAD_TYPE);
+    EXPECT_EQ(Call(vendor->Root(), 0), STATUS_BAD_TYPE);
 
-    const SpAIBinder lowered = MarkedPeer(Mark::kVintf);
+    const SpAIBinder lowered = MarkedObject(AIBinder_markVintfStability);
     AIBinder_forceDowngradeToSystemStability(lowered.get());
     const auto system = Loopback::Connect(lowered.get());
     AIBinder_markVintfStability(lowered.get());
-    EXPECT_EQ(Tell(system->Root(), FLAG_PRIVATE_VENDOR), STATUS_BAD_TYPE);
+    EXPECT_EQ(Call(system->Root(), FLAG_PRIVATE_VENDOR), STATUS_BAD_TYPE);
+}
+
+TEST(SessionParcel, ObjectsCarryTheAddressOfTheEndThatHasThem) {
+    const SpAIBinder local = MarkedObject(AIBinder_markVintfStability);
+    const auto loopback = Loopback::Connect(local.get());
+    const SpAIBinder root = loopback->Root();
+    ASSERT_TRUE(AIBinder_associateClass(root.get(), CounterClass()));
+    const SpAIBinder first = MarkedObject(nullptr);
+    const SpAIBinder second = MarkedObject(AIBinder_markVendorStability);
+    ScopedAParcel in;
+    ASSERT_EQ(AIBinder_prepareTransaction(root.get(), in.getR()), STATUS_OK);
+    const int32_t start = AParcel_getDataPosition(in.get());
+    for (const SpAIBinder& binder : {first, second, first, root})
+        ASSERT_EQ(AParcel_writeStrongBinder(in.get(), binder.get()), STATUS_OK);
+    AParcel_setDataPosition(in.get(), start);
+    for (const auto& [address, level] : std::vector<std::pair<uint64_t, int32_t>>{
+                 {0x1, 12}, {0x100000001, 3}, {0x1, 12}, {0x3, 63}}) {
+        ExpectNext<int32_t>(in.get(), 1);
+        ExpectNext(in.get(), address);
+        ExpectNext(in.get(), level);
+    }
 }
 
 }  // namespace
+}  // namespace tests

@@ -1,86 +1,85 @@
 #pragma once
 
-#include <android/binder_interface_utils.h>
-#include <android/binder_parcel_utils.h>
-#include <android/binder_stability.h>
+#include <aidl/tests/BnPeer.h>
+#include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
 
-namespace aidl::tests {
+#include "host/binder/Loopback.h"
 
-/** An interface whose two sides can pass each other around; written as the compiler would. */
-class IPeer : public ::ndk::ICInterface {
-  public:
-    static const char* descriptor;
-    static constexpr uint32_t TRANSACTION_visit = FIRST_CALL_TRANSACTION + 0;
-    static constexpr uint32_t TRANSACTION_giveBack = FIRST_CALL_TRANSACTION + 1;
-    static constexpr uint32_t TRANSACTION_tell = FIRST_CALL_TRANSACTION + 2;
+namespace tests {
 
-    static std::shared_ptr<IPeer> fromBinder(const ::ndk::SpAIBinder& binder);
-    static binder_status_t writeToParcel(AParcel* parcel, const std::shared_ptr<IPeer>& instance);
-    static binder_status_t readFromParcel(const AParcel* parcel, std::shared_ptr<IPeer>* instance);
-
-    /** What it does is the implementation's matter; gives a text. */
-    virtual ::ndk::ScopedAStatus visit(const std::shared_ptr<IPeer>& in_visitor, int32_t in_number,
-                                       std::string* _aidl_return) = 0;
-    /** Gives the argument back. */
-    virtual ::ndk::ScopedAStatus giveBack(const std::shared_ptr<IPeer>& in_other,
-                                          std::shared_ptr<IPeer>* _aidl_return) = 0;
-    /** Oneway. */
-    virtual ::ndk::ScopedAStatus tell(int32_t in_number) = 0;
-};
-
-class BpPeer : public ::ndk::BpCInterface<IPeer> {
-  public:
-    explicit BpPeer(const ::ndk::SpAIBinder& binder) : BpCInterface(binder) {}
-
-    ::ndk::ScopedAStatus visit(const std::shared_ptr<IPeer>& in_visitor, int32_t in_number,
-                               std::string* _aidl_return) override;
-    ::ndk::ScopedAStatus giveBack(const std::shared_ptr<IPeer>& in_other,
-                                  std::shared_ptr<IPeer>* _aidl_return) override;
-    ::ndk::ScopedAStatus tell(int32_t in_number) override;
-};
-
-class BnPeer : public ::ndk::BnCInterface<IPeer> {
-  protected:
-    ::ndk::SpAIBinder createBinder() override;
-};
-
-/** The class of all peers, and another one of the same name. */
-AIBinder_Class* PeerClass();
-AIBinder_Class* OtherPeerClass();
+using ::aidl::tests::IPeer;
+using ::ndk::ScopedAParcel;
+using ::ndk::ScopedAStatus;
+using ::ndk::SharedRefBase;
+using ::ndk::SpAIBinder;
+using ::zarvo::host::Loopback;
 
 /** A peer whose behaviour a test sets, before the peer is called. */
-class Peer : public BnPeer {
+class Peer : public ::aidl::tests::BnPeer {
   public:
-    using Visit = std::function<::ndk::ScopedAStatus(const std::shared_ptr<IPeer>& visitor,
-                                                     int32_t number, std::string* text)>;
+    using Visitor = std::shared_ptr<IPeer>;
 
-    explicit Peer(Visit visit = {}) : onVisit(std::move(visit)) {}
     ~Peer() override {
         if (onEnd) onEnd();
     }
 
-    ::ndk::ScopedAStatus visit(const std::shared_ptr<IPeer>& in_visitor, int32_t in_number,
-                               std::string* _aidl_return) override {
-        if (!onVisit) return ::ndk::ScopedAStatus::ok();
-        return onVisit(in_visitor, in_number, _aidl_return);
+    /** Without onVisit it keeps the visitor, and gives the number as text or as failure. */
+    ScopedAStatus visit(const Visitor& in_visitor, int32_t in_number,
+                        std::string* _aidl_return) override {
+        ++visits;
+        if (onVisit) return onVisit(in_visitor, in_number, _aidl_return);
+        visitor = in_visitor;
+        *_aidl_return = std::to_string(in_number);
+        return ScopedAStatus::fromStatus(in_number < 0 ? in_number : STATUS_OK);
     }
-    ::ndk::ScopedAStatus giveBack(const std::shared_ptr<IPeer>& in_other,
-                                  std::shared_ptr<IPeer>* _aidl_return) override {
+    ScopedAStatus giveBack(const Visitor& in_other, Visitor* _aidl_return) override {
         *_aidl_return = in_other;
-        return ::ndk::ScopedAStatus::ok();
+        return ScopedAStatus::ok();
     }
-    ::ndk::ScopedAStatus tell(int32_t in_number) override {
+    ScopedAStatus tell(int32_t in_number) override {
         if (onTell) onTell(in_number);
-        return ::ndk::ScopedAStatus::ok();
+        return ScopedAStatus::ok();
     }
 
-    Visit onVisit;
+    /** Gives the file's number back. */
+    binder_status_t dump(int fd, const char**, uint32_t) override { return fd; }
+
+    std::function<ScopedAStatus(const Visitor& visitor, int32_t number, std::string* text)> onVisit;
     std::function<void(int32_t number)> onTell;
     std::function<void()> onEnd;
+    std::atomic<int> visits{0};
+    Visitor visitor;
 };
 
-}  // namespace aidl::tests
+inline const AIBinder_Class* PeerClass() {
+    return AIBinder_getClass(SharedRefBase::make<Peer>()->asBinder().get());
+}
+
+/** A server's peer and what a client sees of it. */
+class ConnectionTest : public testing::Test {
+  protected:
+    ConnectionTest() { Connect(); }
+
+    void Connect() {
+        mPeer = SharedRefBase::make<Peer>();
+        mLoopback = Loopback::Connect(mPeer->asBinder().get());
+        mRoot = mLoopback->Root();
+        mProxy = IPeer::fromBinder(mRoot);
+    }
+    binder_status_t Visit(const std::shared_ptr<IPeer>& visitor = nullptr, int32_t number = 0) {
+        std::string text;
+        return mProxy->visit(visitor, number, &text).getStatus();
+    }
+
+    std::shared_ptr<Peer> mPeer;
+    std::shared_ptr<Loopback> mLoopback;
+    SpAIBinder mRoot;
+    std::shared_ptr<IPeer> mProxy;
+};
+
+}  // namespace tests

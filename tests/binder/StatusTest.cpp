@@ -1,65 +1,130 @@
-#include <android/binder_auto_utils.h>
 #include <gtest/gtest.h>
 
+#include "tests/binder/Hex.h"
+
+namespace tests {
 namespace {
 
+using ndk::ScopedAParcel;
 using ndk::ScopedAStatus;
 
-struct StatusCase {
+struct OutcomeCase {
     AStatus* made;
     const char* description;
+    const char* hex;
     binder_exception_t exception = EX_NONE;
     int32_t serviceSpecific = 0;
-    binder_status_t status = STATUS_OK;
     const char* message = "";
+    /** Bytes left by a reader. */
+    int32_t unread = 0;
 };
 
-TEST(Status, TellsWhatItWasMadeFrom) {
-    const StatusCase cases[] = {
-            {AStatus_newOk(), "No error"},
-            {AStatus_fromExceptionCode(EX_NONE), "No error"},
-            {AStatus_fromStatus(STATUS_OK), "No error"},
-            {AStatus_fromServiceSpecificError(5), "Status(-8, EX_SERVICE_SPECIFIC): '5: '",
-             EX_SERVICE_SPECIFIC, 5},
-            {AStatus_fromServiceSpecificErrorWithMessage(5, "busy"),
-             "Status(-8, EX_SERVICE_SPECIFIC): '5: busy'", EX_SERVICE_SPECIFIC, 5, STATUS_OK,
-             "busy"},
+void ExpectOutcome(const ScopedAStatus& status, const OutcomeCase& expected) {
+    EXPECT_EQ(status.getDescription(), expected.description);
+    EXPECT_EQ(status.isOk(), expected.exception == EX_NONE);
+    EXPECT_EQ(status.getExceptionCode(), expected.exception);
+    EXPECT_EQ(status.getServiceSpecificError(), expected.serviceSpecific);
+    EXPECT_EQ(status.getStatus(), STATUS_OK);
+    EXPECT_STREQ(status.getMessage(), expected.message);
+}
+
+/** Expects that the bytes are read as this outcome. */
+void ExpectReadOutcome(const OutcomeCase& expected) {
+    const ScopedAParcel parcel = ParcelOf(expected.hex);
+    ScopedAStatus status;
+    ASSERT_EQ(AParcel_readStatusHeader(parcel.get(), status.getR()), STATUS_OK);
+    EXPECT_EQ(AParcel_getDataPosition(parcel.get()),
+              AParcel_getDataSize(parcel.get()) - expected.unread);
+    ExpectOutcome(status, expected);
+}
+
+TEST(Status, TellsWhatItWasMadeFromHereAndThere) {
+    const OutcomeCase cases[] = {
+            {AStatus_newOk(), "No error", "00000000"},
+            {AStatus_fromExceptionCode(EX_NONE), "No error", "00000000"},
+            {AStatus_fromStatus(STATUS_OK), "No error", "00000000"},
             {AStatus_fromServiceSpecificError(0), "Status(-8, EX_SERVICE_SPECIFIC): '0: '",
-             EX_SERVICE_SPECIFIC},
-            {AStatus_fromExceptionCode(EX_ILLEGAL_ARGUMENT), "Status(-3, EX_ILLEGAL_ARGUMENT): ''",
-             EX_ILLEGAL_ARGUMENT},
+             "f8ffffff00000000000000000000000000000000", EX_SERVICE_SPECIFIC},
+            {AStatus_fromServiceSpecificErrorWithMessage(5, "busy"),
+             "Status(-8, EX_SERVICE_SPECIFIC): '5: busy'",
+             "f8ffffff040000006200750073007900000000000000000005000000", EX_SERVICE_SPECIFIC, 5,
+             "busy"},
+            {AStatus_fromExceptionCode(EX_SECURITY), "Status(-1, EX_SECURITY): ''",
+             "ffffffff000000000000000000000000", EX_SECURITY},
             {AStatus_fromExceptionCodeWithMessage(EX_ILLEGAL_ARGUMENT, "bad"),
-             "Status(-3, EX_ILLEGAL_ARGUMENT): 'bad'", EX_ILLEGAL_ARGUMENT, 0, STATUS_OK, "bad"},
-            {AStatus_fromStatus(STATUS_DEAD_OBJECT),
-             "Status(-129, EX_TRANSACTION_FAILED): 'DEAD_OBJECT: '", EX_TRANSACTION_FAILED, 0,
-             STATUS_DEAD_OBJECT},
-            {AStatus_fromStatus(12345), "Status(-129, EX_TRANSACTION_FAILED): 'UNKNOWN_ERROR: '",
-             EX_TRANSACTION_FAILED, 0, STATUS_UNKNOWN_ERROR},
-            {AStatus_fromExceptionCode(-77),
-             "Status(-129, EX_TRANSACTION_FAILED): 'FAILED_TRANSACTION: '", EX_TRANSACTION_FAILED,
-             0, STATUS_FAILED_TRANSACTION},
+             "Status(-3, EX_ILLEGAL_ARGUMENT): 'bad'", "fdffffff03000000620061006400000000000000",
+             EX_ILLEGAL_ARGUMENT, 0, "bad"},
+            {AStatus_fromExceptionCode(EX_PARCELABLE), "Status(-9, EX_PARCELABLE): ''",
+             "f7ffffff00000000000000000000000000000000", EX_PARCELABLE, 0, "", 4},
     };
-    for (const StatusCase& expected : cases) {
-        const ScopedAStatus status(expected.made);
+    for (const OutcomeCase& expected : cases) {
         SCOPED_TRACE(expected.description);
-        EXPECT_EQ(status.getDescription(), expected.description);
-        EXPECT_EQ(status.isOk(), expected.exception == EX_NONE);
-        EXPECT_EQ(status.getExceptionCode(), expected.exception);
-        EXPECT_EQ(status.getServiceSpecificError(), expected.serviceSpecific);
-        EXPECT_EQ(status.getStatus(), expected.status);
-        EXPECT_STREQ(status.getMessage(), expected.message);
+        const ScopedAStatus status(expected.made);
+        ExpectOutcome(status, expected);
+        const ScopedAParcel parcel(AParcel_create());
+        EXPECT_EQ(AParcel_writeStatusHeader(parcel.get(), status.get()), STATUS_OK);
+        EXPECT_EQ(Hex(parcel.get()), expected.hex);
+        ExpectReadOutcome(expected);
     }
 }
 
-TEST(Status, ValuesAreThoseOfTheWire) {
-    EXPECT_EQ(STATUS_UNEXPECTED_NULL, -2147483640);
-    EXPECT_EQ(STATUS_FAILED_TRANSACTION, -2147483646);
-    EXPECT_EQ(STATUS_NO_MEMORY, -12);
-    EXPECT_EQ(STATUS_DEAD_OBJECT, -32);
-    EXPECT_EQ(STATUS_INVALID_OPERATION, -38);
-    EXPECT_EQ(STATUS_NOT_ENOUGH_DATA, -61);
-    EXPECT_EQ(STATUS_UNKNOWN_TRANSACTION, -74);
-    EXPECT_EQ(STATUS_BAD_INDEX, -75);
+TEST(Status, MessageThatIsNoTextIsLeftOutOfAParcel) {
+    const auto status = ScopedAStatus::fromExceptionCodeWithMessage(EX_ILLEGAL_ARGUMENT, "\xff");
+    const ScopedAParcel parcel(AParcel_create());
+    EXPECT_EQ(AParcel_writeStatusHeader(parcel.get(), status.get()), STATUS_OK);
+    EXPECT_EQ(Hex(parcel.get()), "fdffffff000000000000000000000000");
+}
+
+TEST(Status, OddOutcomesAreReadAsFarAsTheyMakeSense) {
+    const char* const refused = "Status(-3, EX_ILLEGAL_ARGUMENT): ''";
+    const OutcomeCase cases[] = {
+            {nullptr, "No error", "80ffffff 08000000 00000000"},
+            {nullptr, "Status(-77, -77): ''", "b3ffffff 00000000 00000000 00000000",
+             EX_TRANSACTION_FAILED},
+            {nullptr, "Status(5, 5): ''", "05000000 00000000 00000000 00000000",
+             EX_TRANSACTION_FAILED},
+            {nullptr, "Status(-129, EX_TRANSACTION_FAILED): 'OK: '",
+             "7fffffff 00000000 00000000 00000000", EX_TRANSACTION_FAILED},
+            {nullptr, refused, "fdffffff ffffffff 00000000", EX_ILLEGAL_ARGUMENT},
+            {nullptr, refused, "fdffffff 00000000 00000000 08000000 01020304", EX_ILLEGAL_ARGUMENT},
+            {nullptr, "Status(-9, EX_PARCELABLE): ''",
+             "f7ffffff 00000000 00000000 00000000 08000000 01020304", EX_PARCELABLE},
+    };
+    for (const OutcomeCase& expected : cases) {
+        SCOPED_TRACE(expected.hex);
+        ExpectReadOutcome(expected);
+    }
+}
+
+TEST(Status, FailedCallHasItsCodeAndNameAndNoBytes) {
+    const struct {
+        AStatus* made;
+        binder_status_t code;
+        const char* name;
+    } cases[] = {
+            {AStatus_fromStatus(STATUS_UNEXPECTED_NULL), -2147483640, "UNEXPECTED_NULL"},
+            {AStatus_fromStatus(STATUS_NO_MEMORY), -12, "NO_MEMORY"},
+            {AStatus_fromStatus(STATUS_DEAD_OBJECT), -32, "DEAD_OBJECT"},
+            {AStatus_fromStatus(STATUS_INVALID_OPERATION), -38, "INVALID_OPERATION"},
+            {AStatus_fromStatus(STATUS_NOT_ENOUGH_DATA), -61, "NOT_ENOUGH_DATA"},
+            {AStatus_fromStatus(STATUS_UNKNOWN_TRANSACTION), -74, "UNKNOWN_TRANSACTION"},
+            {AStatus_fromStatus(STATUS_BAD_INDEX), -75, "BAD_INDEX"},
+            {AStatus_fromStatus(12345), STATUS_UNKNOWN_ERROR, "UNKNOWN_ERROR"},
+            {AStatus_fromExceptionCode(EX_TRANSACTION_FAILED), -2147483646, "FAILED_TRANSACTION"},
+            {AStatus_fromExceptionCode(-77), -2147483646, "FAILED_TRANSACTION"},
+    };
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(expected.name);
+        const ScopedAStatus status(expected.made);
+        EXPECT_EQ(status.getExceptionCode(), EX_TRANSACTION_FAILED);
+        EXPECT_EQ(status.getStatus(), expected.code);
+        EXPECT_EQ(status.getDescription(),
+                  std::string("Status(-129, EX_TRANSACTION_FAILED): '") + expected.name + ": '");
+        const ScopedAParcel parcel(AParcel_create());
+        EXPECT_EQ(AParcel_writeStatusHeader(parcel.get(), status.get()), expected.code);
+        EXPECT_EQ(Hex(parcel.get()), "");
+    }
 }
 
 }  // namespace
+}  // namespace tests

@@ -1,39 +1,14 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include "host/binder/Loopback.h"
 #include "tests/binder/Hex.h"
 #include "tests/binder/Peer.h"
 
+namespace tests {
 namespace {
 
-using aidl::tests::IPeer;
-using aidl::tests::Peer;
-using aidl::tests::PeerClass;
-using ndk::ScopedAParcel;
-using ndk::ScopedAStatus;
-using ndk::SharedRefBase;
-using ndk::SpAIBinder;
-using tests::Hex;
-using zarvo::host::Loopback;
-
-constexpr const char* kToken = "0b000000740065007300740073002e00490050006500650072000000";
+constexpr transaction_code_t kVisit = FIRST_CALL_TRANSACTION;
 
 /** Calls made by hand, of a local peer (false) and through a connection (true). */
-class TransactionTest : public testing::TestWithParam<bool> {
+class TransactionTest : public ConnectionTest, public testing::WithParamInterface<bool> {
   protected:
-    TransactionTest() {
-        mPeer = SharedRefBase::make<Peer>([this](const auto& visitor, int32_t number, auto* text) {
-            ++mVisits;
-            mVisitor = visitor;
-            *text = std::to_string(number);
-            return ScopedAStatus::fromStatus(number < 0 ? number : STATUS_OK);
-        });
-        mLoopback = Loopback::Connect(mPeer->asBinder().get());
-        mBinder = GetParam() ? mLoopback->Root() : mPeer->asBinder();
-        AIBinder_associateClass(mBinder.get(), PeerClass());
-    }
-
     ScopedAParcel Prepare() {
         ScopedAParcel in;
         EXPECT_EQ(AIBinder_prepareTransaction(mBinder.get(), in.getR()), STATUS_OK);
@@ -53,15 +28,9 @@ class TransactionTest : public testing::TestWithParam<bool> {
         EXPECT_EQ(mOut.get() != nullptr, status == STATUS_OK);
         return status;
     }
-    binder_status_t Visit(ScopedAParcel in) {
-        return Transact(std::move(in), IPeer::TRANSACTION_visit);
-    }
+    binder_status_t Visit(ScopedAParcel in) { return Transact(std::move(in), kVisit); }
 
-    int mVisits = 0;
-    std::shared_ptr<IPeer> mVisitor;
-    std::shared_ptr<Peer> mPeer;
-    std::shared_ptr<Loopback> mLoopback;
-    SpAIBinder mBinder;
+    const SpAIBinder mBinder = GetParam() ? mRoot : mPeer->asBinder();
     ScopedAParcel mOut;
 };
 
@@ -69,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Binder, TransactionTest, testing::Bool(),
                          [](const auto& test) { return test.param ? "remote" : "local"; });
 
 TEST_P(TransactionTest, RequestBeginsWithTheInterfacesName) {
-    EXPECT_EQ(Hex(Prepare().get()), kToken);
+    EXPECT_EQ(Hex(Prepare().get()), "0b000000740065007300740073002e00490050006500650072000000");
     ScopedAParcel in;
     EXPECT_EQ(AIBinder_prepareTransaction(nullptr, in.getR()), STATUS_UNEXPECTED_NULL);
 }
@@ -79,28 +48,23 @@ TEST_P(TransactionTest, WholeRequestIsServedAndWhatFollowsItIgnored) {
     AParcel_writeInt32(in.get(), 7);
     EXPECT_EQ(Visit(std::move(in)), STATUS_OK);
     EXPECT_EQ(Hex(mOut.get()), "00000000020000003400320000000000");
-    EXPECT_EQ(mVisits, 1);
+    EXPECT_EQ(mPeer->visits, 1);
 }
 
 TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
-    EXPECT_EQ(Transact(PrepareVisit(), 0), STATUS_UNKNOWN_TRANSACTION);
-    EXPECT_EQ(Transact(PrepareVisit(), 0x01000000), STATUS_UNKNOWN_TRANSACTION);
-    EXPECT_EQ(Transact(PrepareVisit(), 0x5F504E47), STATUS_UNKNOWN_TRANSACTION);
-    EXPECT_EQ(Transact(PrepareVisit(), 50), STATUS_UNKNOWN_TRANSACTION);
-    EXPECT_EQ(Transact(PrepareVisit(), 1, 0x02), STATUS_BAD_VALUE);
+    for (const transaction_code_t code : {0u, 50u, 0x01000000u, 0x5F504E47u})
+        EXPECT_EQ(Transact(PrepareVisit(), code), STATUS_UNKNOWN_TRANSACTION) << code;
+    EXPECT_EQ(Transact(PrepareVisit(), kVisit, 0x02), STATUS_BAD_VALUE);
+    const SpAIBinder other = SharedRefBase::make<Peer>()->asBinder();
+    ScopedAParcel forOther;
+    ASSERT_EQ(AIBinder_prepareTransaction(other.get(), forOther.getR()), STATUS_OK);
+    EXPECT_EQ(Visit(std::move(forOther)), STATUS_BAD_VALUE);
     EXPECT_EQ(Visit(ScopedAParcel(AParcel_create())), STATUS_BAD_VALUE);
     EXPECT_EQ(Visit(ScopedAParcel()), STATUS_UNEXPECTED_NULL);
     EXPECT_EQ(Visit(Prepare()), STATUS_NOT_ENOUGH_DATA);
-    EXPECT_EQ(mVisits, 0);
-    EXPECT_EQ(Transact(PrepareVisit(), IPeer::TRANSACTION_visit, 0x20), STATUS_OK);
-    EXPECT_EQ(mVisits, 1);
-}
-
-TEST_P(TransactionTest, ParcelIsForTheObjectItWasPreparedFor) {
-    const SpAIBinder other = SharedRefBase::make<Peer>()->asBinder();
-    ScopedAParcel in;
-    ASSERT_EQ(AIBinder_prepareTransaction(other.get(), in.getR()), STATUS_OK);
-    EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_VALUE);
+    EXPECT_EQ(mPeer->visits, 0);
+    EXPECT_EQ(Transact(PrepareVisit(), kVisit, 0x20), STATUS_OK);
+    EXPECT_EQ(mPeer->visits, 1);
 }
 
 TEST_P(TransactionTest, WrongTokenIsABadType) {
@@ -115,32 +79,17 @@ TEST_P(TransactionTest, WrongTokenIsABadType) {
     for (const char* const token : tokens) {
         SCOPED_TRACE(token);
         ScopedAParcel in = Prepare();
-        const ScopedAParcel bytes = tests::ParcelOf(token);
+        const ScopedAParcel bytes = ParcelOf(token);
         AParcel_reset(in.get());
         AParcel_appendFrom(bytes.get(), in.get(), 0, AParcel_getDataSize(bytes.get()));
         EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_TYPE);
     }
-    EXPECT_EQ(mVisits, 0);
+    EXPECT_EQ(mPeer->visits, 0);
 }
 
 TEST_P(TransactionTest, StatusNobodyKnowsBecomesUnknownError) {
     EXPECT_EQ(Visit(PrepareVisit(STATUS_TIMED_OUT)), STATUS_TIMED_OUT);
     EXPECT_EQ(Visit(PrepareVisit(-12345)), STATUS_UNKNOWN_ERROR);
-}
-
-TEST_P(TransactionTest, ObjectOfAnotherInterfaceArrivesAsNull) {
-    const SpAIBinder stranger(
-            AIBinder_new(AIBinder_Class_define(
-                                 "tests.IStranger", [](void* args) { return args; }, [](void*) {},
-                                 [](AIBinder*, transaction_code_t, const AParcel*,
-                                    AParcel*) -> binder_status_t { return STATUS_OK; }),
-                         nullptr));
-    ScopedAParcel in = Prepare();
-    AParcel_writeStrongBinder(in.get(), stranger.get());
-    AParcel_writeInt32(in.get(), 0);
-    EXPECT_EQ(Visit(std::move(in)), STATUS_OK);
-    EXPECT_EQ(mVisits, 1);
-    EXPECT_EQ(mVisitor, nullptr);
 }
 
 TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
@@ -162,8 +111,8 @@ TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
     }
     AParcel_writeInt32(in.get(), 5);
     EXPECT_EQ(Visit(std::move(in)), STATUS_OK);
-    ASSERT_NE(mVisitor, nullptr);
-    EXPECT_EQ(mVisitor->isRemote(), GetParam());
+    ASSERT_NE(mPeer->visitor, nullptr);
+    EXPECT_EQ(mPeer->visitor->isRemote(), GetParam());
 
     // The same bytes, written as numbers, name nothing.
     in = Prepare();
@@ -174,40 +123,5 @@ TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
     EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_VALUE);
 }
 
-TEST_P(TransactionTest, CallerIsThisProcess) {
-    EXPECT_EQ(AIBinder_getCallingUid(), getuid());
-    EXPECT_EQ(AIBinder_getCallingPid(), getpid());
-    EXPECT_FALSE(AIBinder_isHandlingTransaction());
-}
-
-TEST(SessionParcel, ObjectsCarryTheAddressOfTheEndThatHasThem) {
-    const SpAIBinder root = SharedRefBase::make<Peer>()->asBinder();
-    AIBinder_markVintfStability(root.get());
-    const auto loopback = Loopback::Connect(root.get());
-    const SpAIBinder proxy = loopback->Root();
-    const SpAIBinder first = SharedRefBase::make<Peer>()->asBinder();
-    const SpAIBinder second = SharedRefBase::make<Peer>()->asBinder();
-    ASSERT_TRUE(AIBinder_associateClass(proxy.get(), PeerClass()));
-    ScopedAParcel in;
-    ASSERT_EQ(AIBinder_prepareTransaction(proxy.get(), in.getR()), STATUS_OK);
-    const int32_t start = AParcel_getDataPosition(in.get());
-    for (const SpAIBinder& binder : {first, second, first, proxy}) {
-        ASSERT_EQ(AParcel_writeStrongBinder(in.get(), binder.get()), STATUS_OK);
-    }
-    AParcel_setDataPosition(in.get(), start);
-    const uint64_t addresses[] = {0x1, 0x100000001, 0x1, 0x3};
-    const int32_t levels[] = {12, 12, 12, 63};
-    for (size_t i = 0; i < 4; ++i) {
-        int32_t present = 0;
-        uint64_t address = 0;
-        int32_t level = 0;
-        AParcel_readInt32(in.get(), &present);
-        AParcel_readUint64(in.get(), &address);
-        AParcel_readInt32(in.get(), &level);
-        EXPECT_EQ(present, 1);
-        EXPECT_EQ(address, addresses[i]);
-        EXPECT_EQ(level, levels[i]);
-    }
-}
-
 }  // namespace
+}  // namespace tests

@@ -1,0 +1,272 @@
+#include <android/binder_parcel_utils.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/binder/Hex.h"
+
+namespace tests {
+namespace {
+
+using ndk::AParcel_readNullableData;
+using ndk::AParcel_writeNullableData;
+using ndk::ScopedAParcel;
+using ndk::ScopedAStatus;
+using ndk::SpAIBinder;
+
+enum class Level : int8_t { kLow = -1, kHigh = 1 };
+
+struct Point {
+    int32_t x = 0;
+
+    binder_status_t writeToParcel(AParcel* parcel) const { return AParcel_writeInt32(parcel, x); }
+    binder_status_t readFromParcel(const AParcel* parcel) { return AParcel_readInt32(parcel, &x); }
+    bool operator==(const Point&) const = default;
+};
+
+using Object = SpAIBinder;
+using Text = std::string;
+using MaybeText = std::optional<Text>;
+using Bytes8 = std::vector<uint8_t>;
+using Ints = std::vector<int32_t>;
+using Doubles = std::vector<double>;
+using Bools = std::vector<bool>;
+using Chars = std::vector<char16_t>;
+using Texts = std::vector<Text>;
+using MaybeTexts = std::optional<std::vector<MaybeText>>;
+using Points = std::vector<Point>;
+using MaybePoints = std::optional<std::vector<std::optional<Point>>>;
+
+/** Reads the value of all the bytes. */
+template <typename T>
+void ExpectRead(const T& value, const Text& hex) {
+    SCOPED_TRACE(hex);
+    const ScopedAParcel parcel = ParcelOf(hex);
+    T read{};
+    EXPECT_EQ(AParcel_readNullableData(parcel.get(), &read), STATUS_OK);
+    EXPECT_TRUE(read == value);
+    EXPECT_EQ(AParcel_getDataPosition(parcel.get()), AParcel_getDataSize(parcel.get()));
+}
+
+/** Makes these bytes of the value, and the value of them again. */
+template <typename T>
+void ExpectBytes(const T& value, const Text& hex) {
+    const ScopedAParcel parcel(AParcel_create());
+    EXPECT_EQ(AParcel_writeNullableData(parcel.get(), value), STATUS_OK);
+    EXPECT_EQ(Hex(parcel.get()), hex);
+    ExpectRead(value, hex);
+}
+
+TEST(ParcelBytes, ValuesHaveTheirBytes) {
+    ExpectBytes<int32_t>(1, "01000000");
+    ExpectBytes<int64_t>(0x1122334455667788, "8877665544332211");
+    ExpectBytes<int8_t>(-2, "feffffff");
+    ExpectBytes<uint8_t>(254, "feffffff");
+    ExpectBytes(Level::kLow, "ffffffff");
+    ExpectBytes(true, "01000000");
+    ExpectBytes(u'A', "41000000");
+    ExpectBytes(1.5F, "0000c03f");
+    ExpectBytes(1.5, "000000000000f83f");
+    ExpectBytes(Point{3}, "0100000003000000");
+    ExpectBytes(std::optional<Point>(), "00000000");
+    ExpectBytes(std::unique_ptr<Point>(), "00000000");
+    ExpectBytes(SpAIBinder(), "0000000000000000");
+}
+
+TEST(ParcelBytes, StringsHaveTheirBytes) {
+    ExpectBytes(Text(), "0000000000000000");
+    ExpectBytes(Text("a"), "0100000061000000");
+    ExpectBytes(Text("ab"), "020000006100620000000000");
+    ExpectBytes(Text("abc"), "030000006100620063000000");
+    ExpectBytes(Text("\xc3\xa9"), "01000000e9000000");
+    ExpectBytes(Text("\xe2\x82\xac"), "01000000ac200000");
+    ExpectBytes(Text("\xf0\x9f\x98\x80"), "020000003dd800de00000000");
+    ExpectBytes(Text("\xed\xa0\x80"), "0100000000d80000");
+    ExpectBytes(Text("a\0\xc3\xa9", 4), "0300000061000000e9000000");
+    ExpectBytes(MaybeText(), "ffffffff");
+    ExpectBytes(MaybeText(""), "0000000000000000");
+}
+
+TEST(ParcelBytes, SequencesHaveTheirBytes) {
+    ExpectBytes(Bytes8(), "00000000");
+    ExpectBytes(Bytes8{1, 2, 3}, "0300000001020300");
+    ExpectBytes(Bytes8{1, 2, 3, 4, 255}, "0500000001020304ff000000");
+    ExpectBytes(std::vector<int8_t>{-1, 2, 3, 4, 5}, "05000000ff02030405000000");
+    ExpectBytes(std::vector<Level>{Level::kLow, Level::kHigh}, "02000000ff010000");
+    ExpectBytes(Ints{1, -1}, "0200000001000000ffffffff");
+    ExpectBytes(std::vector<int64_t>{-2}, "01000000feffffffffffffff");
+    ExpectBytes(std::vector<float>{1.5F, -2}, "020000000000c03f000000c0");
+    ExpectBytes(Doubles{0.5, -2}, "02000000000000000000e03f00000000000000c0");
+    ExpectBytes(Bools{true, false, true}, "03000000010000000000000001000000");
+    ExpectBytes(Chars{u'A', u'\xffff'}, "0200000041000000ffff0000");
+    ExpectBytes(Texts{"", "abc"}, "020000000000000000000000030000006100620063000000");
+    ExpectBytes(Points{{1}, {2}}, "0200000001000000010000000100000002000000");
+    ExpectBytes(std::array<std::array<int32_t, 2>, 2>{{{1, 2}, {3, 4}}},
+                "02000000020000000100000002000000020000000300000004000000");
+    ExpectBytes(std::optional<Bools>(), "ffffffff");
+    ExpectBytes(std::optional<Bytes8>(), "ffffffff");
+    ExpectBytes(std::make_optional<Ints>(), "00000000");
+    ExpectBytes(MaybeTexts(), "ffffffff");
+    ExpectBytes(MaybeTexts({"a", std::nullopt}), "020000000100000061000000ffffffff");
+    ExpectBytes(MaybePoints(), "ffffffff");
+    ExpectBytes(MaybePoints({std::nullopt, Point{1}}), "02000000000000000100000001000000");
+}
+
+TEST(ParcelBytes, OtherBytesGiveValuesToo) {
+    ExpectRead<int8_t>(-1, "ff010000");
+    ExpectRead(true, "02000000");
+    ExpectRead(u'A', "4100ffff");
+    ExpectRead(Text("\xed\xb8\x80\xed\xa0\xbd"), "0200000000de3dd800000000");
+    ExpectRead(Bools{true, false}, "020000000200000000000000");
+    ExpectRead(Point{5}, "f9ffffff05000000");
+}
+
+TEST(ParcelBytes, ImpossibleValuesLeaveNone) {
+    const ScopedAParcel parcel(AParcel_create());
+    for (const Text text : {"\xff", "\xc3", "\xc0\x80", "\xf4\x90\x80\x80"})
+        EXPECT_EQ(ndk::AParcel_writeString(parcel.get(), text), STATUS_BAD_VALUE) << text;
+    EXPECT_EQ(AParcel_writeString(parcel.get(), nullptr, 0), STATUS_BAD_VALUE);
+    EXPECT_EQ(AParcel_writeString(parcel.get(), "a", -2), STATUS_BAD_VALUE);
+    EXPECT_EQ(AParcel_writeByteArray(parcel.get(), nullptr, 1), STATUS_BAD_VALUE);
+    EXPECT_EQ(ndk::AParcel_writeData(parcel.get(), SpAIBinder()), STATUS_UNEXPECTED_NULL);
+    EXPECT_EQ(Hex(parcel.get()), "");
+}
+
+template <typename T>
+binder_status_t Read(const AParcel* parcel) {
+    T value{};
+    return AParcel_readNullableData(parcel, &value);
+}
+
+binder_status_t ReadRequiredObject(const AParcel* parcel) {
+    SpAIBinder value;
+    return ndk::AParcel_readData(parcel, &value);
+}
+
+binder_status_t Outcome(const AParcel* parcel) {
+    ScopedAStatus outcome;
+    const binder_status_t status = AParcel_readStatusHeader(parcel, outcome.getR());
+    EXPECT_EQ(outcome.get() != nullptr, status == STATUS_OK);
+    return status;
+}
+
+constexpr binder_status_t kBadValue = STATUS_BAD_VALUE;
+constexpr binder_status_t kBadType = STATUS_BAD_TYPE;
+constexpr binder_status_t kNull = STATUS_UNEXPECTED_NULL;
+constexpr binder_status_t kUnknown = STATUS_UNKNOWN_ERROR;
+constexpr binder_status_t kNoMemory = STATUS_NO_MEMORY;
+constexpr binder_status_t kTooShort = STATUS_NOT_ENOUGH_DATA;
+
+const struct {
+    const char* what;
+    binder_status_t (*read)(const AParcel* parcel);
+    const char* hex;
+    binder_status_t status;
+    int32_t position;
+} kReads[] = {
+        {"nothing", Read<int32_t>, "", kTooShort, 0},
+        {"int32 of three bytes, padded", Read<int32_t>, "010203", STATUS_OK, 4},
+        {"half an int64", Read<int64_t>, "01000000", kTooShort, 0},
+        {"no outcome", Outcome, "", kTooShort, 0},
+        {"outcome without message", Outcome, "fdffffff", kTooShort, 4},
+        {"outcome without number", Outcome, "f8ffffff000000000000000000000000", kTooShort, 16},
+        {"reply header longer than all", Outcome, "80ffffff0c00000000000000", kUnknown, 8},
+        {"reply header of negative size", Outcome, "80ffffffffffffff00000000", kUnknown, 8},
+        {"trace too long", Outcome, "fdffffff00000000000000000c00000001020304", kUnknown, 16},
+        {"trace of size -1", Outcome, "fdffffff0000000000000000ffffffff01020304", kUnknown, 16},
+        {"record too long", Outcome, "f7ffffff0000000000000000000000000c00000001020304", kUnknown,
+         20},
+        {"null string", Read<Text>, "ffffffff", kNull, 4},
+        {"null string where allowed", Read<MaybeText>, "ffffffff", STATUS_OK, 4},
+        {"string without its NUL", Read<Text>, "0100000061006200", kNull, 8},
+        {"string cut short", Read<Text>, "0500000061006200", kNull, 4},
+        {"string of negative length", Read<Text>, "feffffff61006200", kNull, 4},
+        {"string of greatest length", Read<Text>, "ffffff7f61006200", kNull, 4},
+        {"string with its count cut", Read<Text>, "", kTooShort, 0},
+        {"null int32s", Read<Ints>, "ffffffff", kNull, 4},
+        {"less than null int32s", Read<Ints>, "feffffff", kBadValue, 4},
+        {"too many int32s", Read<Ints>, "6400000001000000", kNoMemory, 4},
+        {"int32s longer than their bytes", Read<Ints>, "0200000001000000", kNoMemory, 4},
+        {"most int32s", Read<Ints>, "ffffff7f01000000", kNoMemory, 4},
+        {"most doubles", Read<Doubles>, "ffffff7f01000000", kNoMemory, 4},
+        {"null bytes", Read<Bytes8>, "ffffffff", kNull, 4},
+        {"bytes without padding", Read<Bytes8>, "03000000010203", STATUS_OK, 8},
+        {"null bools", Read<Bools>, "ffffffff", kNull, 4},
+        {"most bools", Read<Bools>, "ffffff7f01000000", kNoMemory, 4},
+        {"bools cut short", Read<Bools>, "0200000001000000", kTooShort, 8},
+        {"chars cut short", Read<Chars>, "0200000041000000", kTooShort, 8},
+        {"null strings", Read<Texts>, "ffffffff", kNull, 4},
+        {"most strings", Read<Texts>, "ffffff7f01000000", kNoMemory, 4},
+        {"strings with a null one", Read<Texts>, "01000000ffffffff", kNull, 8},
+        {"null record", Read<Point>, "00000000", kNull, 4},
+        {"null records", Read<Points>, "ffffffff", kNoMemory, 4},
+        {"less than null records", Read<Points>, "feffffff", kBadValue, 4},
+        {"more records than bytes", Read<Points>, "0500000001000000", kNoMemory, 4},
+        {"records cut short", Read<Points>, "0400000001000000", kTooShort, 8},
+        {"null object", Read<Object>, "0000000000000000", STATUS_OK, 8},
+        {"null object where none may be", ReadRequiredObject, "0000000000000000", kNull, 8},
+        {"null object with a stability", Read<Object>, "000000003f000000", kBadType, 8},
+        {"null object told by one bit", Read<Object>, "0200000000000000", STATUS_OK, 8},
+        {"object of no stability", Read<Object>, "01000000010000000000000000000000", kBadType, 16},
+        {"object of odd stability", Read<Object>, "01000000010000000000000007000000", kBadType, 16},
+        {"object nobody put in", Read<Object>, "0100000001000000000000003f000000", kBadValue, 16},
+        {"object cut short", Read<Object>, "0100000001000000", kTooShort, 4},
+};
+
+TEST(ParcelBytes, OddOnesGiveTheirErrorAndPosition) {
+    for (const auto& odd : kReads) {
+        SCOPED_TRACE(odd.what);
+        const ScopedAParcel parcel = ParcelOf(odd.hex);
+        EXPECT_EQ(odd.read(parcel.get()), odd.status);
+        EXPECT_EQ(AParcel_getDataPosition(parcel.get()), odd.position);
+    }
+}
+
+/** For the sanitizers: no bytes at all make a reader touch or allocate what is not there. */
+TEST(ParcelBytes, RandomOnesHarmNoReader) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        std::vector<uint8_t> bytes(random() % 64);
+        // Mostly small numbers and -1, so that lengths and counts often make sense.
+        for (uint8_t& byte : bytes)
+            byte = static_cast<uint8_t>(random() % 4 != 0 ? 0 : random() % 16 - 2);
+        const ScopedAParcel parcel(AParcel_create());
+        ASSERT_EQ(AParcel_unmarshal(parcel.get(), bytes.data(), bytes.size()), STATUS_OK);
+        for (const auto& reader : kReads) {
+            AParcel_setDataPosition(parcel.get(),
+                                    static_cast<int32_t>(random() % (bytes.size() + 8)));
+            while (reader.read(parcel.get()) == STATUS_OK) {
+            }
+        }
+    }
+}
+
+TEST(ParcelBytes, ElementsAreMadeOnlyAsTheyArrive) {
+    // The first of very many is null.
+    const ScopedAParcel parcel = ParcelOf("409c0000" + Text(80000, '0'));
+    Points points(3);
+    EXPECT_EQ(ndk::AParcel_readVector(parcel.get(), &points), STATUS_UNEXPECTED_NULL);
+    EXPECT_LT(points.capacity(), 10u);
+}
+
+TEST(ParcelBytes, OutVectorsAreResizedWithinLimits) {
+    Points points(1);
+    const auto resize = [](const char* length, auto* vector) {
+        return ndk::AParcel_resizeVector(ParcelOf(length).get(), vector);
+    };
+    EXPECT_EQ(resize("41420f00", &points), STATUS_NO_MEMORY);
+    EXPECT_EQ(resize("ffffffff", &points), STATUS_UNEXPECTED_NULL);
+    for (const char* const length : {"40420f00", "00000000", "02000000"})
+        EXPECT_EQ(resize(length, &points), STATUS_OK);
+    EXPECT_EQ(points, Points(2));
+    std::optional<Points> nullable(points);
+    EXPECT_EQ(resize("ffffffff", &nullable), STATUS_OK);
+    EXPECT_FALSE(nullable.has_value());
+}
+
+}  // namespace
+}  // namespace tests
