@@ -25,10 +25,7 @@ TEST_F(CameraNoticeTest, ComeInOrderOnAThreadThatDeliversNoEvents) {
 }
 
 TEST_F(CameraNoticeTest, ComeWhenNoStreamRunsAndWhileAnEventIsHeldUp) {
-    ASSERT_TRUE(Start(mListener));
-    mListener->Block();
-    EXPECT_TRUE(mControl.RequestFrame());
-    ASSERT_TRUE(mListener->WaitUntilBlocked());
+    StartAndHoldUpAnEvent();
     mControl.OpenCamera(0);
     mControl.WaitForCameraNotices();
     EXPECT_TRUE(mStream.stop());
