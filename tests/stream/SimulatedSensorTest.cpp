@@ -19,9 +19,7 @@ TEST_F(SimulatedSensorTest, OffersItsSensors) {
     EXPECT_EQ(sizes[1].width, 320);
     EXPECT_EQ(sizes[1].height, 240);
     EXPECT_EQ(sizes[1].rates, (std::vector<int32_t>{5, 10, 15}));
-    int32_t info = 0;
-    std::memcpy(&info, reinterpret_cast<const uint8_t*>(&sizes[1]) + 12, sizeof(info));
-    EXPECT_EQ(info, 3);
+    EXPECT_EQ(sizes[1].info, 3);
     EXPECT_TRUE(mStream.getSensorInfo(9).empty());
     int mode = 0;
     EXPECT_EQ(mStream.getSensorMode(3, &mode), 0);
