@@ -120,12 +120,5 @@ TEST(Constants, EnumeratorsCountOnAndMayNameEarlierOnes) {
               "p/T.aidl:1:25: error: no constant 'B' that is defined before this\n");
 }
 
-TEST(Constants, ConstantsThatReferInACircleAreRefused) {
-    MemoryFiles files{{"p/T.aidl", "package p; interface T { const int A = U.B; }"},
-                      {"p/U.aidl", "package p; interface U { const int B = T.A; }"}};
-    EXPECT_EQ(Generate(files),
-              "./p/U.aidl:1:40: error: no constant 'T.A' that is defined before this\n");
-}
-
 }  // namespace
 }  // namespace zarvo::host::aidl

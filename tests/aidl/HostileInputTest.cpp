@@ -61,12 +61,6 @@ TEST(HostileInput, ChainsOfConstantsEndInAMessage) {
     EXPECT_EQ(Complaint(text + "}"), "string is too long");
 }
 
-TEST(HostileInput, ImportsInACircleAreNoTrouble) {
-    MemoryFiles files{{"p/T.aidl", "package p; import p.U; interface T { void a(U u); }"},
-                      {"p/U.aidl", "package p; import p.T; interface U { void a(T t); }"}};
-    EXPECT_EQ(Generate(files), "");
-}
-
 TEST(HostileInput, AChainOfImportsEndsInAMessage) {
     MemoryFiles files{{"p/T.aidl", "package p; parcelable T { T0 t; }"}};
     for (int i = 0; i < 3000; ++i) {

@@ -1,7 +1,5 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONCallBackInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorStateInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/SensorConfigInfo.h>
+#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -209,6 +207,25 @@ TEST(PackageRecords, AreComparedFieldByField) {
     const AONSensorStateInfo other{8, 0};
     EXPECT_TRUE(idle < busy && busy < other && idle <= idle && other > busy && busy >= idle);
     EXPECT_TRUE(idle != busy && idle == (AONSensorStateInfo{7, 0}));
+}
+
+TEST(PackageStatics, AreThoseOfTheFrozenVersion) {
+    constexpr const char* kName = "vendor.zarvo.hardware.camera.aon.IAONService";
+    using Service = IAONService;
+    EXPECT_STREQ(Service::descriptor, kName);
+    EXPECT_EQ(BnAONService::makeServiceName("default"), std::string(kName) + "/default");
+    EXPECT_EQ(+Service::version, 1);
+    EXPECT_EQ(Service::hash.find_first_not_of("0123456789abcdef"), std::string::npos);
+    EXPECT_EQ(Service::hash.size(), 40u);
+    EXPECT_EQ(Service::hash, IAONServiceCallBack::hash);
+    const std::vector<uint32_t> codes = {
+            Service::TRANSACTION_registerClient,   Service::TRANSACTION_getAonSensorInfoList,
+            Service::TRANSACTION_subscribeSensor,  Service::TRANSACTION_startService,
+            Service::TRANSACTION_stopService,      Service::TRANSACTION_unsubscribeSensor,
+            Service::TRANSACTION_unregisterClient,
+    };
+    EXPECT_EQ(codes, (std::vector<uint32_t>{1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(Service::SERVICE_TYPE_FACE_FEATURE, 8);
     EXPECT_EQ(AONResult::RESULT_KEY_IMAGE_DATA, 703);
     EXPECT_EQ(AONSensorStateInfo::SENSOR_STATE_BUSY, 2);
     EXPECT_STREQ(FrameInfo::descriptor, "vendor.zarvo.hardware.camera.aon.FrameInfo");
