@@ -149,19 +149,16 @@ TEST_F(GeneratedCode, RecordsOfAllTypesTravelThereAndBack) {
     EXPECT_EQ(back, picture) << back.toString();
 }
 
-TEST_F(GeneratedCode, OutArraysArriveWithTheCallersLengthAndListsEmpty) {
-    std::vector<int32_t> sizes = {7, 7};
+TEST_F(GeneratedCode, OutAndInOutArgumentsComeBackAndOutArraysKeepTheCallersLength) {
+    std::vector<int32_t> values = {7, 7};
     std::vector<Point> points(3);
-    Point corner{8, 8};
-    ASSERT_TRUE(proxy->sizes(&sizes, &points, &corner).isOk());
-    EXPECT_EQ(sizes, (std::vector<int32_t>{0, 0, 9}));
+    Point point{8, 8};
+    ASSERT_TRUE(proxy->sizes(&values, &points, &point).isOk());
+    EXPECT_EQ(values, (std::vector<int32_t>{0, 0, 9}));
     EXPECT_EQ(points, (std::vector<Point>{{1, 2}}));
-    EXPECT_EQ(corner, (Point{4, std::numeric_limits<int64_t>::min()}));
-}
-
-TEST_F(GeneratedCode, InOutArgumentsGoBothWays) {
-    Point point{1, 2};
-    std::vector<int32_t> values = {5, 6, 7};
+    EXPECT_EQ(point, (Point{4, std::numeric_limits<int64_t>::min()}));
+    point = {1, 2};
+    values = {5, 6, 7};
     int32_t result = 0;
     ASSERT_TRUE(proxy->turn(&point, &values, &result).isOk());
     EXPECT_EQ(point, (Point{2, 1}));
