@@ -45,11 +45,15 @@ TEST_F(CameraNoticeTest, TellANewCallbackOnceWhatIsOpen) {
     EXPECT_EQ(mListener->Notices(), Notices{"open 2"});
 }
 
-TEST_F(CameraNoticeTest, AreDroppedWhenTheCallbackIsGone) {
+TEST_F(CameraNoticeTest, AreDroppedOnceNobodyHoldsTheCallbackWhichTheStreamDoesUntilItStops) {
     auto listener = std::make_shared<StreamListener>();
+    const std::weak_ptr<StreamListener> watch = listener;
     ASSERT_TRUE(Start(listener));
-    mControl.Shutdown();
     listener.reset();
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_FALSE(watch.expired());
+    mControl.Shutdown();
+    EXPECT_TRUE(watch.expired());
     mControl.OpenCamera(1);
     mControl.WaitForCameraNotices();
 }

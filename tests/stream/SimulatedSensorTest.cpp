@@ -162,17 +162,6 @@ TEST_F(SimulatedSensorTest, LetsTheCallbackStopAndStartIt) {
     EXPECT_EQ(mListener->Frames(), (Frames{0, 1}));
 }
 
-TEST_F(SimulatedSensorTest, SharesTheCallbackFromStartToStop) {
-    auto listener = std::make_shared<StreamListener>();
-    const std::weak_ptr<StreamListener> watch = listener;
-    ASSERT_TRUE(Start(listener));
-    listener.reset();
-    EXPECT_TRUE(mControl.DeliverOne());
-    EXPECT_FALSE(watch.expired());
-    mControl.Shutdown();
-    EXPECT_TRUE(watch.expired());
-}
-
 TEST_F(SimulatedSensorTest, SurvivesStartsAndStopsFromManyThreadsWhileItDelivers) {
     mControl.SetManualDelivery(false);
     std::vector<std::thread> threads;
