@@ -29,8 +29,13 @@ struct Case {
     const char* result;
 };
 
+void ExpectResults(std::initializer_list<Case> cases) {
+    for (const auto& [type, expression, result] : cases)
+        EXPECT_EQ(Evaluate(type, expression), result) << expression;
+}
+
 TEST(Constants, ExpressionsAreComputed) {
-    const Case kCases[] = {
+    ExpectResults({
             {"int[]", "{0x3F, 1 + 2 * 3, (1 + 2) * 3, 10 - 4 - 3, 1 << 4 | 1 << 1, 1 << 31}",
              "{63, 7, 9, 3, 18, -2147483648}"},
             {"int[]", "{-8 >> 1, 7 % -4, ~0 & 0xff ^ 0x0f, 0xffffffff, -2147483648, - - 5}",
@@ -49,14 +54,11 @@ TEST(Constants, ExpressionsAreComputed) {
             {"String[]", "{}", "{}"},
             {"p.E", "E.B", "p.E.B"},
             {"E[]", "{E.A, p.E.B,}", "{p.E.A, p.E.B}"},
-    };
-    for (const Case& c : kCases) {
-        EXPECT_EQ(Evaluate(c.type, c.expression), c.result) << c.expression;
-    }
+    });
 }
 
 TEST(Constants, ExpressionsWithoutValueAreErrors) {
-    const Case kCases[] = {
+    ExpectResults({
             {"const int", "2147483648", "value 2147483648 is out of range\n"},
             {"const int", "2147483647 + 1", "result does not fit 32 bits\n"},
             {"const long", "9223372036854775807 + 1", "result does not fit 64 bits\n"},
@@ -88,10 +90,7 @@ TEST(Constants, ExpressionsWithoutValueAreErrors) {
             {"E", "5", "expected an enumerator of p.E\n"},
             {"E", "E.A + 0", "expected an enumerator of p.E\n"},
             {"U", "1", "type 'U' takes no value here\n"},
-    };
-    for (const Case& c : kCases) {
-        EXPECT_EQ(Evaluate(c.type, c.expression), c.result) << c.expression;
-    }
+    });
 }
 
 TEST(Constants, EnumeratorsCountOnAndMayNameEarlierOnes) {

@@ -78,7 +78,7 @@ TEST(PackageBytes, Records) {
 
 template <typename T>
 void ExpectRead(const char* hex, binder_status_t status, int32_t position, const T& expected) {
-    const ndk::ScopedAParcel parcel = FromHex(hex);
+    const ndk::ScopedAParcel parcel = ParcelOf(hex);
     T read{};
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &read), status) << hex;
     EXPECT_EQ(AParcel_getDataPosition(parcel.get()), position) << hex;
@@ -112,9 +112,9 @@ TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     ExpectRead("40420f00", STATUS_NO_MEMORY, 4, empty);
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
-    const ndk::ScopedAParcel parcel =
-            FromHex("0100000024000000010000000100000001000000140000000300000001000000"
-                    "0a0000002a000000");
+    const ndk::ScopedAParcel parcel = ParcelOf(
+            "0100000024000000010000000100000001000000140000000300000001000000"
+            "0a0000002a000000");
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_BAD_VALUE);
 }
 
