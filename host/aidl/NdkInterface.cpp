@@ -1,6 +1,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/aidl/NdkMeta.h"
 #include "host/aidl/NdkPrinter.h"
 #include "host/aidl/Text.h"
 

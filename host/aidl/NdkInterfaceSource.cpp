@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "host/aidl/NdkCalls.h"
+#include "host/aidl/NdkMeta.h"
 #include "host/aidl/NdkPrinter.h"
 #include "host/aidl/Text.h"
 

@@ -189,26 +189,7 @@ NdkCode::File ClassHeader(const Definition& definition, const std::string& prefi
     return {path, Header(definition, includes, declarations, {})};
 }
 
-Method MetaMethod(std::string name, Builtin result, uint32_t id) {
-    Method method;
-    method.name = std::move(name);
-    method.returnType.builtin = result;
-    method.id = id;
-    return method;
-}
-
 }  // namespace
-
-std::vector<Method> MetaMethods(const NdkOptions& options) {
-    std::vector<Method> methods;
-    if (options.version != 0) {
-        methods.push_back(MetaMethod("getInterfaceVersion", Builtin::kInt, 16777214));
-    }
-    if (!options.hash.empty()) {
-        methods.push_back(MetaMethod("getInterfaceHash", Builtin::kString, 16777213));
-    }
-    return methods;
-}
 
 NdkCode PrintNdk(const Definition& definition, const NdkOptions& options) {
     NdkCode code;

@@ -47,7 +47,4 @@ std::string PrintEnumToString(const std::string& name, Builtin backing,
 std::string PrintEnumValues(const std::string& qualifiedName,
                             const std::vector<Enumerator>& enumerators);
 
-/** A method that every interface of a version has beside its own. */
-std::vector<Method> MetaMethods(const NdkOptions& options);
-
 }  // namespace zarvo::host::aidl

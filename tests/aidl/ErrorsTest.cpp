@@ -7,130 +7,115 @@
 namespace zarvo::host::aidl {
 namespace {
 
-struct Case {
-    const char* text;
-    const char* message;  // after "p/T.aidl:"
-};
-
+/** The first message for p/T.aidl. */
 std::string Message(const std::string& text) {
     const std::string messages = GenerateT(text);
     return messages.substr(0, messages.find('\n'));
 }
 
+/** A text after the line with its package, the column of its fault, and the complaint. */
+struct Case {
+    const char* text;
+    int column;
+    const char* complaint;
+};
+
 void ExpectMessages(std::initializer_list<Case> cases) {
-    for (const Case& c : cases) {
-        EXPECT_EQ(Message(c.text), "p/T.aidl:" + std::string(c.message)) << c.text;
+    for (const auto& [text, column, complaint] : cases) {
+        EXPECT_EQ(Message(std::string("package p;\n") + text),
+                  "p/T.aidl:2:" + std::to_string(column) + ": error: " + complaint)
+                << text;
     }
 }
 
-TEST(Errors, SyntaxErrorsNameTheirPlace) {
-    ExpectMessages({
+TEST(Errors, PlacesAreLineAndColumnInTheFile) {
+    const std::pair<const char*, const char*> kCases[] = {
             {"", "1:1: error: expected 'package', not the end of the file"},
             {"parcelable T {}", "1:1: error: expected 'package', not 'parcelable'"},
             {"package p\nparcelable T {}", "2:1: error: expected ';', not 'parcelable'"},
             {"package p.;", "1:11: error: expected a name after '.', not ';'"},
-            {"package p; import q.R", "1:22: error: expected ';', not the end of the file"},
             {"package p;\n  parcelable T {\n\tint a\n}", "4:1: error: expected ';', not '}'"},
-            {"package p; class T {}",
-             "1:12: error: expected 'interface', 'parcelable', 'union' or 'enum', not 'class'"},
-            {"package p; oneway parcelable T {}",
-             "1:19: error: expected 'interface', not 'parcelable'"},
-            {"package p; parcelable T { int a; ",
-             "1:34: error: expected '}', not the end of the file"},
-            {"package p; /* half", "1:12: error: comment without an end"},
-            {"package p; /*/", "1:12: error: comment without an end"},
-            {"package p; \x01", "1:12: error: character that no AIDL file holds here"},
-            {"package p; parcelable T { String s = \"half; }",
-             "1:38: error: a literal ends on its line and holds printable ASCII characters only"},
-            {"package p; parcelable T { String s = \"a\\n\"; }",
-             "1:38: error: escapes are not supported"},
-            {"package p; parcelable T { int a = ; }",
-             "1:35: error: expected a constant expression, not ';'"},
-            {"package p; interface T { void a(int); }",
-             "1:36: error: expected the argument's name, not ')'"},
-            {"package p; interface T { void a() = 1L; }",
-             "1:37: error: expected the method's number in decimal digits, not '1L'"},
-            {"package p; @Backing(type=int) enum T { A }",
-             "1:26: error: expected a string, true or false"},
-            {"package p; parcelable T {} parcelable U {}",
-             "1:28: error: only one type per file is supported"},
+            {"package q; parcelable T {}", "1:23: error: type q.T has to lie in a file q/T.aidl"},
+    };
+    for (const auto& [text, message] : kCases)
+        EXPECT_EQ(Message(text), std::string("p/T.aidl:") + message);
+}
+
+TEST(Errors, SyntaxIsChecked) {
+    ExpectMessages({
+            {"import q.R", 11, "expected ';', not the end of the file"},
+            {"class T {}", 1, "expected 'interface', 'parcelable', 'union' or 'enum', not 'class'"},
+            {"oneway parcelable T {}", 8, "expected 'interface', not 'parcelable'"},
+            {"parcelable T { int a; ", 23, "expected '}', not the end of the file"},
+            {"/* half", 1, "comment without an end"},
+            {"/*/", 1, "comment without an end"},
+            {"\x01", 1, "character that no AIDL file holds here"},
+            {"parcelable T { String s = \"half; }", 27,
+             "a literal ends on its line and holds printable ASCII characters only"},
+            {"parcelable T { String s = \"a\\n\"; }", 27, "escapes are not supported"},
+            {"parcelable T { int a = ; }", 24, "expected a constant expression, not ';'"},
+            {"interface T { void a(int); }", 25, "expected the argument's name, not ')'"},
+            {"interface T { void a() = 1L; }", 26,
+             "expected the method's number in decimal digits, not '1L'"},
+            {"@Backing(type=int) enum T { A }", 15, "expected a string, true or false"},
+            {"parcelable T {} parcelable U {}", 17, "only one type per file is supported"},
     });
 }
 
 TEST(Errors, WhatIsNotSupportedIsRefusedByName) {
     ExpectMessages({
-            {"package p; parcelable T;",
-             "1:24: error: a type without a body (unstructured parcelable) is not supported"},
-            {"package p; parcelable T<U> {}", "1:24: error: generic types are not supported"},
-            {"package p; parcelable T { parcelable U {} }",
-             "1:27: error: nested types are not supported"},
-            {"package p; parcelable T { Map<int, int> m; }",
-             "1:30: error: generic type 'Map' is not supported, only List<T> is"},
-            {"package p; parcelable T { List<List<int>> m; }",
-             "1:36: error: lists of lists or arrays are not supported"},
-            {"package p; parcelable T { int[][] m; }",
-             "1:32: error: arrays of arrays or lists are not supported"},
-            {"package p; parcelable T { int[3] m; }",
-             "1:31: error: arrays of fixed size are not supported"},
-            {"package p; parcelable T { IBinder b; }",
-             "1:27: error: type 'IBinder' is not supported"},
-            {"package p; parcelable T { List<int> b; }",
-             "1:32: error: a list holds Strings or parcelables; use 'int[]'"},
-            {"package p; interface T { void a(in T[] t); }",
-             "1:36: error: arrays and lists of 'T' are not supported"},
-            {"package p; parcelable T { @nullable String b; }",
-             "1:37: error: @nullable is supported for interfaces only"},
-            {"package p; @FixedSize parcelable T {}",
-             "1:12: error: annotation @FixedSize is not supported here"},
-            {"package p; parcelable T { const float X = 1.0; }",
-             "1:33: error: a constant is a byte, int, long or String"},
+            {"parcelable T;", 13,
+             "a type without a body (unstructured parcelable) is not supported"},
+            {"parcelable T<U> {}", 13, "generic types are not supported"},
+            {"parcelable T { parcelable U {} }", 16, "nested types are not supported"},
+            {"parcelable T { Map<int, int> m; }", 19,
+             "generic type 'Map' is not supported, only List<T> is"},
+            {"parcelable T { List<List<int>> m; }", 25,
+             "lists of lists or arrays are not supported"},
+            {"parcelable T { int[][] m; }", 21, "arrays of arrays or lists are not supported"},
+            {"parcelable T { int[3] m; }", 20, "arrays of fixed size are not supported"},
+            {"parcelable T { IBinder b; }", 16, "type 'IBinder' is not supported"},
+            {"parcelable T { List<int> b; }", 21,
+             "a list holds Strings or parcelables; use 'int[]'"},
+            {"interface T { void a(in T[] t); }", 25, "arrays and lists of 'T' are not supported"},
+            {"parcelable T { @nullable String b; }", 26,
+             "@nullable is supported for interfaces only"},
+            {"@FixedSize parcelable T {}", 1, "annotation @FixedSize is not supported here"},
+            {"parcelable T { const float X = 1.0; }", 22,
+             "a constant is a byte, int, long or String"},
     });
 }
 
 TEST(Errors, RulesBeyondSyntaxAreChecked) {
     ExpectMessages({
-            {"package p; parcelable U {}", "1:23: error: type p.U has to lie in a file p/U.aidl"},
-            {"package q; parcelable T {}", "1:23: error: type q.T has to lie in a file q/T.aidl"},
-            {"package p; parcelable T { Unknown u; }",
-             "1:27: error: cannot find the type 'Unknown'"},
-            {"package p; import q.Missing; parcelable T {}",
-             "1:19: error: cannot find the imported type q.Missing"},
-            {"package p; parcelable T { int a; String a; }",
-             "1:41: error: the name 'a' is used twice"},
-            {"package p; interface T { void a(int b, int b); }",
-             "1:44: error: the name 'b' is used twice"},
-            {"package p; interface T { void a(); void a(int b); }",
-             "1:41: error: the name 'a' is used twice"},
-            {"package p; parcelable T { int virtual; }",
-             "1:31: error: 'virtual' may not be a name"},
-            {"package p; parcelable T { int _aidl_x; }",
-             "1:31: error: '_aidl_x' may not be a name"},
-            {"package p; union T { int getTag; }",
-             "1:26: error: the name 'getTag' is taken by generated code"},
-            {"package p; interface T { void getInterfaceHash(); }",
-             "1:31: error: the name 'getInterfaceHash' is taken by generated code"},
-            {"package p; parcelable T { void a; }", "1:27: error: a field cannot be void"},
-            {"package p; parcelable T { T[] a; }", "1:23: error: type T contains itself"},
-            {"package p; union T {}", "1:18: error: a union has at least one field"},
-            {"package p; enum T {}", "1:17: error: an enum has at least one enumerator"},
-            {"package p; @Backing(type=\"char\") enum T { A }",
-             "1:12: error: expected @Backing(type=\"byte\"), \"int\" or \"long\""},
-            {"package p; @VintfStability @VintfStability parcelable T {}",
-             "1:28: error: annotation @VintfStability is given twice"},
-            {"package p; interface T { void a(int[] b); }",
-             "1:39: error: argument 'b' needs in, out or inout"},
-            {"package p; interface T { void a(out int b); }",
-             "1:41: error: an argument of type 'int' can only be in"},
-            {"package p; interface T { oneway int a(); }",
-             "1:33: error: a oneway method returns void"},
-            {"package p; oneway interface T { void a(out int[] b); }",
-             "1:50: error: oneway method 'a' cannot have out arguments"},
-            {"package p; interface T { void a() = 1; void b(); }",
-             "1:45: error: either all methods or none have numbers"},
-            {"package p; interface T { void a() = 1; void b() = 1; }",
-             "1:45: error: the number 1 is used twice"},
-            {"package p; interface T { void a() = 16777115; }",
-             "1:31: error: a method's number is 16777114 at most"},
+            {"parcelable U {}", 12, "type p.U has to lie in a file p/U.aidl"},
+            {"parcelable T { Unknown u; }", 16, "cannot find the type 'Unknown'"},
+            {"import q.Missing; parcelable T {}", 8, "cannot find the imported type q.Missing"},
+            {"parcelable T { int a; String a; }", 30, "the name 'a' is used twice"},
+            {"interface T { void a(int b, int b); }", 33, "the name 'b' is used twice"},
+            {"interface T { void a(); void a(int b); }", 30, "the name 'a' is used twice"},
+            {"parcelable T { int virtual; }", 20, "'virtual' may not be a name"},
+            {"parcelable T { int _aidl_x; }", 20, "'_aidl_x' may not be a name"},
+            {"union T { int getTag; }", 15, "the name 'getTag' is taken by generated code"},
+            {"interface T { void getInterfaceHash(); }", 20,
+             "the name 'getInterfaceHash' is taken by generated code"},
+            {"parcelable T { void a; }", 16, "a field cannot be void"},
+            {"parcelable T { T[] a; }", 12, "type T contains itself"},
+            {"union T {}", 7, "a union has at least one field"},
+            {"enum T {}", 6, "an enum has at least one enumerator"},
+            {"@Backing(type=\"char\") enum T { A }", 1,
+             "expected @Backing(type=\"byte\"), \"int\" or \"long\""},
+            {"@VintfStability @VintfStability parcelable T {}", 17,
+             "annotation @VintfStability is given twice"},
+            {"interface T { void a(int[] b); }", 28, "argument 'b' needs in, out or inout"},
+            {"interface T { void a(out int b); }", 30, "an argument of type 'int' can only be in"},
+            {"interface T { oneway int a(); }", 22, "a oneway method returns void"},
+            {"oneway interface T { void a(out int[] b); }", 39,
+             "oneway method 'a' cannot have out arguments"},
+            {"interface T { void a() = 1; void b(); }", 34,
+             "either all methods or none have numbers"},
+            {"interface T { void a() = 1; void b() = 1; }", 34, "the number 1 is used twice"},
+            {"interface T { void a() = 16777115; }", 20, "a method's number is 16777114 at most"},
     });
 }
 
@@ -146,10 +131,21 @@ TEST(Errors, StabilityHasToAgreeWithTheCommandLine) {
               "--stability vintf\n");
 }
 
-TEST(Errors, TypesThatContainEachOtherAreRefusedAcrossFiles) {
-    MemoryFiles files{{"p/T.aidl", "package p; parcelable T { U u; }"},
-                      {"p/U.aidl", "package p; union U { int i; T[] t; }"}};
-    EXPECT_EQ(Generate(files), "p/T.aidl:1:23: error: type T contains itself\n");
+TEST(Errors, CirclesOfFilesAreFineButOfConstantsAndValuesRefused) {
+    const struct {
+        std::string t, u, messages;
+    } kCases[] = {
+            {"import p.U; interface T { void a(U u); }", "import p.T; interface U { void a(T t); }",
+             ""},
+            {"parcelable T { U u; }", "union U { int i; T[] t; }",
+             "p/T.aidl:1:23: error: type T contains itself\n"},
+            {"interface T { const int A = U.B; }", "interface U { const int B = T.A; }",
+             "./p/U.aidl:1:40: error: no constant 'T.A' that is defined before this\n"},
+    };
+    for (const auto& [t, u, messages] : kCases) {
+        MemoryFiles files{{"p/T.aidl", "package p; " + t}, {"p/U.aidl", "package p; " + u}};
+        EXPECT_EQ(Generate(files), messages);
+    }
 }
 
 TEST(Errors, TwoTypesOfOneFileNameAreRefused) {
@@ -172,11 +168,7 @@ TEST(Errors, FilesThatCannotBeReadOrWrittenAreReported) {
 }
 
 TEST(Errors, CommandLinesAreChecked) {
-    struct CommandLine {
-        std::vector<std::string_view> arguments;
-        const char* complaint;
-    };
-    const CommandLine kCases[] = {
+    const std::pair<std::vector<std::string_view>, std::string> kCases[] = {
             {{}, "no files are given"},
             {{"a.aidl", "--frobnicate"}, "unknown option --frobnicate"},
             {{"-x", "a.aidl"}, "unknown option -x"},
@@ -199,11 +191,9 @@ TEST(Errors, CommandLinesAreChecked) {
             {{"--structured", "-h", "x", "a"}, "-o is missing"},
             {{"--hashapi", "a", "b"}, "--hashapi takes one folder"},
     };
-    for (const CommandLine& c : kCases) {
-        const std::variant<Options, std::string> options = ParseOptions(c.arguments);
-        ASSERT_EQ(options.index(), 1u) << c.complaint;
-        EXPECT_EQ(std::get<1>(options), c.complaint);
-    }
+    MemoryFiles files{};
+    for (const auto& [arguments, complaint] : kCases)
+        EXPECT_EQ(RunCommand(files, arguments), complaint);
 }
 
 }  // namespace

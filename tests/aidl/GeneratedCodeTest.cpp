@@ -41,8 +41,15 @@ class Gallery : public BnGallery {
                          std::vector<Color>* _aidl_return) override {
         *_aidl_return = {in_first};
         _aidl_return->insert(_aidl_return->end(), in_colors.begin(), in_colors.end());
-        return in_level == Level::HIGH ? ScopedAStatus::ok()
-                                       : ScopedAStatus::fromExceptionCode(EX_ILLEGAL_ARGUMENT);
+        switch (in_level) {
+            case Level::HIGH:
+                return ScopedAStatus::ok();
+            case Level::LOW:
+                return ScopedAStatus::fromServiceSpecificErrorWithMessage(2, "full");
+            case Level::LOWEST:
+                return ScopedAStatus::fromStatus(STATUS_BAD_INDEX);
+        }
+        return ScopedAStatus::fromExceptionCode(EX_ILLEGAL_ARGUMENT);
     }
     ScopedAStatus describe(bool in_a, int8_t in_b, char16_t in_c, int32_t in_d, int64_t in_e,
                            float in_f, double in_g, const std::string& in_h,
@@ -72,19 +79,17 @@ class Gallery : public BnGallery {
         return ScopedAStatus::fromExceptionCode(EX_SECURITY);  // nobody hears of it
     }
     ScopedAStatus watch(const std::shared_ptr<IWatcher>& in_watcher) override {
-        mWatcher = in_watcher;
-        if (mWatcher == nullptr) return ScopedAStatus::ok();
-        return mWatcher->seen(Payload::make<Payload::letter>(u'w'), ref<IGallery>());
+        kept = in_watcher;
+        if (kept == nullptr) return ScopedAStatus::ok();
+        return kept->seen(Payload::make<Payload::letter>(u'w'), ref<IGallery>());
     }
     ScopedAStatus watcher(std::shared_ptr<IWatcher>* _aidl_return) override {
-        *_aidl_return = mWatcher;
+        *_aidl_return = kept;
         return ScopedAStatus::ok();
     }
 
     std::promise<std::string> noted;
-
-  private:
-    std::shared_ptr<IWatcher> mWatcher;
+    std::shared_ptr<IWatcher> kept;
 };
 
 class Watcher : public BnWatcher {
@@ -144,19 +149,16 @@ TEST_F(GeneratedCode, RecordsOfAllTypesTravelThereAndBack) {
     EXPECT_EQ(back, picture) << back.toString();
 }
 
-TEST_F(GeneratedCode, OutArraysArriveWithTheCallersLengthAndListsEmpty) {
-    std::vector<int32_t> sizes = {7, 7};
+TEST_F(GeneratedCode, OutAndInOutArgumentsComeBackAndOutArraysKeepTheCallersLength) {
+    std::vector<int32_t> values = {7, 7};
     std::vector<Point> points(3);
-    Point corner{8, 8};
-    ASSERT_TRUE(proxy->sizes(&sizes, &points, &corner).isOk());
-    EXPECT_EQ(sizes, (std::vector<int32_t>{0, 0, 9}));
+    Point point{8, 8};
+    ASSERT_TRUE(proxy->sizes(&values, &points, &point).isOk());
+    EXPECT_EQ(values, (std::vector<int32_t>{0, 0, 9}));
     EXPECT_EQ(points, (std::vector<Point>{{1, 2}}));
-    EXPECT_EQ(corner, (Point{4, std::numeric_limits<int64_t>::min()}));
-}
-
-TEST_F(GeneratedCode, InOutArgumentsGoBothWays) {
-    Point point{1, 2};
-    std::vector<int32_t> values = {5, 6, 7};
+    EXPECT_EQ(point, (Point{4, std::numeric_limits<int64_t>::min()}));
+    point = {1, 2};
+    values = {5, 6, 7};
     int32_t result = 0;
     ASSERT_TRUE(proxy->turn(&point, &values, &result).isOk());
     EXPECT_EQ(point, (Point{2, 1}));
@@ -168,10 +170,6 @@ TEST_F(GeneratedCode, EveryTypeOfArgumentArrives) {
     std::vector<Color> colors;
     ASSERT_TRUE(proxy->colors({Color::BLUE}, Color::GREEN, Level::HIGH, &colors).isOk());
     EXPECT_EQ(colors, (std::vector<Color>{Color::GREEN, Color::BLUE}));
-    EXPECT_EQ(proxy->colors({}, Color::RED, Level::LOW, &colors).getExceptionCode(),
-              EX_ILLEGAL_ARGUMENT);
-    EXPECT_EQ(colors.size(), 2u) << "an error touched the result";
-
     std::string text;
     ASSERT_TRUE(
             proxy->describe(true, -2, u'A', -3, int64_t{1} << 40, 0.5f, 0.25, "h", &text).isOk());
@@ -221,15 +219,117 @@ TEST_F(GeneratedCode, InterfacesPassAsArgumentsAndResults) {
     EXPECT_EQ(back, nullptr);
 }
 
-TEST_F(GeneratedCode, GivenNumbersAndVersionsAreUsed) {
+TEST_F(GeneratedCode, EveryKindOfErrorArrivesAndLeavesTheResultAlone) {
+    std::vector<Color> colors(2);
+    const auto call = [&](Level level) { return proxy->colors({}, Color::RED, level, &colors); };
+    EXPECT_EQ(call(Level::LOW).getServiceSpecificError(), 2);
+    EXPECT_STREQ(call(Level::LOW).getMessage(), "full");
+    EXPECT_EQ(call(Level::LOWEST).getStatus(), STATUS_BAD_INDEX);
+    EXPECT_EQ(call(Level{7}).getExceptionCode(), EX_ILLEGAL_ARGUMENT);
+    loopback->Kill();
+    EXPECT_EQ(call(Level::HIGH).getStatus(), STATUS_DEAD_OBJECT);
+    EXPECT_EQ(colors.size(), 2u);
+}
+
+/** Sends a request whose arguments `write` puts into the parcel, and gives the status. */
+template <typename Write>
+binder_status_t Send(const ndk::SpAIBinder& binder, transaction_code_t code, const Write& write) {
+    ndk::ScopedAParcel in;
+    ndk::ScopedAParcel out;
+    EXPECT_EQ(AIBinder_prepareTransaction(binder.get(), in.getR()), STATUS_OK);
+    write(in.get());
+    return AIBinder_transact(binder.get(), code, in.getR(), out.getR(), 0);
+}
+
+TEST_F(GeneratedCode, MalformedRequestsDoNotReachTheImplementation) {
+    const auto nothing = [](AParcel*) {};
+    const auto tooMuch = [](AParcel* parcel) {
+        for (int i = 0; i < 9; ++i)
+            AParcel_writeInt64(parcel, 1);
+    };
+    const auto otherKind = [&](AParcel* parcel) {
+        AParcel_writeStrongBinder(parcel, ndk::SharedRefBase::make<Gallery>()->asBinder().get());
+    };
+    gallery->kept = ndk::SharedRefBase::make<Watcher>();
+    EXPECT_EQ(Send(loopback->Root(), IGallery::TRANSACTION_watch, nothing), STATUS_NOT_ENOUGH_DATA);
+    EXPECT_EQ(Send(loopback->Root(), 50, nothing), STATUS_UNKNOWN_TRANSACTION);
+    EXPECT_NE(gallery->kept, nullptr);
+    EXPECT_EQ(Send(loopback->Root(), IGallery::TRANSACTION_watcher, tooMuch), STATUS_OK);
+    // A binder of another interface arrives, as null.
+    EXPECT_EQ(Send(loopback->Root(), IGallery::TRANSACTION_watch, otherKind), STATUS_OK);
+    EXPECT_EQ(gallery->kept, nullptr);
+    EXPECT_EQ(IWatcher::fromBinder(loopback->Root()), nullptr);
+}
+
+TEST_F(GeneratedCode, CallsWithinTheProcessGoToTheObjectItself) {
+    EXPECT_EQ(IGallery::fromBinder(gallery->asBinder()), gallery);
+    EXPECT_EQ(IGallery::fromBinder(ndk::SpAIBinder()), nullptr);
+    EXPECT_NE(IGallery::fromBinder(loopback->Root()), proxy) << "a proxy was kept";
+    EXPECT_EQ(IGallery::fromBinder(loopback->Root())->asBinder(), proxy->asBinder());
+}
+
+/** What turn() answers through `gallery`, 0 for an error. */
+int32_t Turn(IGallery& gallery) {
+    Point point;
+    std::vector<int32_t> values = {1};
+    int32_t result = 0;
+    return gallery.turn(&point, &values, &result).isOk() ? result : 0;
+}
+
+TEST_F(GeneratedCode, ADelegatorForwardsToWhatItStandsFor) {
+    const auto delegator = ndk::SharedRefBase::make<IGalleryDelegator>(proxy);
+    EXPECT_EQ(Turn(*delegator), 3);
+    EXPECT_FALSE(delegator->isRemote());
+}
+
+TEST(GeneratedCodeDeathTest, ADelegatorDoesNotStandInForAnotherVersion) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const std::shared_ptr<IGallery> none = ndk::SharedRefBase::make<IGalleryDefault>();
+    EXPECT_DEATH(ndk::SharedRefBase::make<IGalleryDelegator>(none), "");
+}
+
+TEST(GeneratedDefault, AnswersWhatTheServerDoesNotKnow) {
+    // A server of the interface's name that knows no method at all.
+    static AIBinder_Class* const clazz = AIBinder_Class_define(
+            IGallery::descriptor, [](void*) -> void* { return nullptr; }, [](void*) {},
+            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) -> binder_status_t {
+                return STATUS_UNKNOWN_TRANSACTION;
+            });
+    const ndk::SpAIBinder server(AIBinder_new(clazz, nullptr));
+    const std::shared_ptr<Loopback> loopback = Loopback::Connect(server.get());
+    const std::shared_ptr<IGallery> proxy = IGallery::fromBinder(loopback->Root());
+    ASSERT_NE(proxy, nullptr);
+    EXPECT_EQ(proxy->watch(nullptr).getStatus(), STATUS_UNKNOWN_TRANSACTION);
+    EXPECT_FALSE(IGallery::setDefaultImpl(nullptr));
+    EXPECT_TRUE(IGallery::setDefaultImpl(ndk::SharedRefBase::make<Gallery>()));
+    EXPECT_TRUE(proxy->watch(nullptr).isOk());
+    EXPECT_EQ(Turn(*proxy), 3);
+}
+
+TEST(GeneratedDefault, RefusesEverythingByItself) {
+    const auto none = ndk::SharedRefBase::make<IGalleryDefault>();
+    EXPECT_EQ(none->watch(nullptr).getStatus(), STATUS_UNKNOWN_TRANSACTION);
+    int32_t version = 5;
+    std::string hash = "x";
+    EXPECT_TRUE(none->getInterfaceVersion(&version).isOk() && none->getInterfaceHash(&hash).isOk());
+    EXPECT_EQ(version, 0);
+    EXPECT_EQ(hash, "");
+    EXPECT_EQ(none->asBinder().get(), nullptr);
+    EXPECT_FALSE(none->isRemote());
+}
+
+TEST_F(GeneratedCode, GivenNumbersAreUsedAndVersionsAskedForOnce) {
     EXPECT_EQ(+IWatcher::TRANSACTION_seen, 8u);
     EXPECT_EQ(+IWatcher::TRANSACTION_closed, 4u);
-    int32_t version = 0;
-    std::string hash;
-    EXPECT_TRUE(proxy->getInterfaceVersion(&version).isOk());
-    EXPECT_TRUE(proxy->getInterfaceHash(&hash).isOk());
-    EXPECT_EQ(version, 2);
-    EXPECT_EQ(hash, "notfrozen");
+    for (const bool dead : {false, true}) {
+        if (dead) loopback->Kill();
+        int32_t version = 0;
+        std::string hash;
+        EXPECT_TRUE(proxy->getInterfaceVersion(&version).isOk());
+        EXPECT_TRUE(proxy->getInterfaceHash(&hash).isOk());
+        EXPECT_EQ(version, 2);
+        EXPECT_EQ(hash, "notfrozen");
+    }
 }
 
 }  // namespace

@@ -16,55 +16,51 @@ std::string Repeat(std::string_view text, size_t count) {
 }
 
 std::string Constant(const std::string& expression) {
-    return "package p; interface T { const int X = " + expression + "; }";
+    return "interface T { const int X = " + expression + "; }";
 }
 
 /** The first message without its place; deep and long input must end in one, not in a crash. */
 std::string Complaint(const std::string& text) {
-    const std::string messages = GenerateT(text);
+    const std::string messages = GenerateT("package p; " + text);
     const size_t start = messages.find("error: ");
     if (start == std::string::npos) return "none";
     return messages.substr(start + 7, messages.find('\n') - start - 7);
 }
 
 TEST(HostileInput, DeepAndLongTextsEndInAMessage) {
-    const std::string many = Repeat("int a; ", 3000);
-    EXPECT_EQ(Complaint(Constant(Repeat("(", 100000))), "expression is nested too deeply");
-    EXPECT_EQ(Complaint(Constant(Repeat("{", 100000))), "expression is nested too deeply");
-    EXPECT_EQ(Complaint(Constant(Repeat("~", 100000) + "1")), "expression is nested too deeply");
-    EXPECT_EQ(Complaint(Constant(Repeat("1+", 50000) + "1")), "expression is too long");
-    EXPECT_EQ(Complaint(Constant(Repeat("a.", 50000) + "a")), "name longer than 255 bytes");
-    EXPECT_EQ(Complaint("package " + std::string(100000, 'a')), "word longer than 255 bytes");
-    EXPECT_EQ(Complaint("package p; parcelable T {" + many + "}"), "too many members");
-    EXPECT_EQ(Complaint("package p; enum T {" + Repeat("A, ", 3000) + "}"), "too many enumerators");
-    EXPECT_EQ(Complaint("package p; " + Repeat("@A ", 100) + "enum T { A }"),
-              "too many annotations");
-    EXPECT_EQ(Complaint("package p; " + Repeat("import a.B; ", 3000)), "too many imports");
-    EXPECT_EQ(Complaint("package p; parcelable T { List" + Repeat("<List", 10000)),
-              "lists of lists or arrays are not supported");
-    EXPECT_EQ(Complaint("package p; parcelable T { int" + Repeat("[]", 10000)),
-              "arrays of arrays or lists are not supported");
+    const std::pair<std::string, const char*> kCases[] = {
+            {Constant(Repeat("(", 100000)), "expression is nested too deeply"},
+            {Constant(Repeat("{", 100000)), "expression is nested too deeply"},
+            {Constant(Repeat("~", 100000) + "1"), "expression is nested too deeply"},
+            {Constant(Repeat("1+", 50000) + "1"), "expression is too long"},
+            {Constant(Repeat("a.", 50000) + "a"), "name longer than 255 bytes"},
+            {std::string(100000, 'a'), "word longer than 255 bytes"},
+            {"parcelable T {" + Repeat("int a; ", 3000) + "}", "too many members"},
+            {"enum T {" + Repeat("A, ", 3000) + "}", "too many enumerators"},
+            {Repeat("@A ", 100) + "enum T { A }", "too many annotations"},
+            {Repeat("import a.B; ", 3000), "too many imports"},
+            {"parcelable T { List" + Repeat("<List", 10000),
+             "lists of lists or arrays are not supported"},
+            {"parcelable T { int" + Repeat("[]", 10000),
+             "arrays of arrays or lists are not supported"},
+    };
+    for (const auto& [text, complaint] : kCases)
+        EXPECT_EQ(Complaint(text), complaint);
 }
 
 TEST(HostileInput, ChainsOfConstantsEndInAMessage) {
-    std::string text = "package p; interface T { ";
+    std::string text = "interface T { ";
     for (int i = 0; i < 1000; ++i) {
         text += "const int C" + std::to_string(i) + " = C" + std::to_string(i + 1) + "; ";
     }
     EXPECT_EQ(Complaint(text + "const int C1000 = 1; }"),
               "constants refer to each other in too long a chain");
-    text = "package p; interface T { const String S0 = \"0123456789\"; ";
+    text = "interface T { const String S0 = \"0123456789\"; ";
     for (int i = 0; i < 100; ++i) {
         const std::string before = "S" + std::to_string(i);
         text += "const String S" + std::to_string(i + 1) + " = " + before + " + " + before + "; ";
     }
     EXPECT_EQ(Complaint(text + "}"), "string is too long");
-}
-
-TEST(HostileInput, ImportsInACircleAreNoTrouble) {
-    MemoryFiles files{{"p/T.aidl", "package p; import p.U; interface T { void a(U u); }"},
-                      {"p/U.aidl", "package p; import p.T; interface U { void a(T t); }"}};
-    EXPECT_EQ(Generate(files), "");
 }
 
 TEST(HostileInput, AChainOfImportsEndsInAMessage) {

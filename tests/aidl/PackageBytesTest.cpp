@@ -1,7 +1,5 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONCallBackInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorStateInfo.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/SensorConfigInfo.h>
+#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -24,36 +22,6 @@ void ExpectBytes(const T& value, const char* hex) {
 
 AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
-}
-
-TEST(PackageBytes, PrimitivesAndStrings) {
-    ExpectBytes<int32_t>(1, "01000000");
-    ExpectBytes<int64_t>(0x1122334455667788, "8877665544332211");
-    ExpectBytes<int8_t>(-2, "feffffff");
-    ExpectBytes<bool>(true, "01000000");
-    ExpectBytes<bool>(false, "00000000");
-    ExpectBytes<char16_t>(u'A', "41000000");
-    ExpectBytes<float>(1.5f, "0000c03f");
-    ExpectBytes<double>(1.5, "000000000000f83f");
-    ExpectBytes<std::string>("", "0000000000000000");
-    ExpectBytes<std::string>("a", "0100000061000000");
-    ExpectBytes<std::string>("abc", "030000006100620063000000");
-    ExpectBytes<std::string>("\xc3\xa9", "01000000e9000000");
-    ExpectBytes<std::string>("\xf0\x9f\x98\x80", "020000003dd800de00000000");
-    EXPECT_EQ(Written(std::string("\xff")), "status -22");
-    EXPECT_EQ(Written(std::string("\xc3")), "status -22");
-}
-
-TEST(PackageBytes, Vectors) {
-    ExpectBytes<std::vector<uint8_t>>({}, "00000000");
-    ExpectBytes<std::vector<uint8_t>>({1, 2, 3}, "0300000001020300");
-    ExpectBytes<std::vector<uint8_t>>({1, 2, 3, 4, 255}, "0500000001020304ff000000");
-    ExpectBytes<std::vector<int32_t>>({}, "00000000");
-    ExpectBytes<std::vector<int32_t>>({1, -1}, "0200000001000000ffffffff");
-    ExpectBytes<std::vector<float>>({1.5f, -2.0f}, "020000000000c03f000000c0");
-    ExpectBytes<std::vector<bool>>({true, false, true}, "03000000010000000000000001000000");
-    ExpectBytes<std::vector<AONResult>>({}, "00000000");
-    ExpectBytes<std::vector<AONSensorInfo>>({}, "00000000");
 }
 
 TEST(PackageBytes, UnionsHaveNoSizeAndStartWithTheFirstAlternative) {
@@ -105,11 +73,12 @@ TEST(PackageBytes, Records) {
                 "010000004c00000007000000010000000e0100005a00000002000000010000001800000040010000"
                 "f000000002000000050000000a000000010000001400000080020000e0010000010000001e000000");
     ExpectBytes(AONSensorStateInfo{7, 2}, "010000000c0000000700000002000000");
+    ExpectBytes(std::vector<AONSensorInfo>{}, "00000000");
 }
 
 template <typename T>
 void ExpectRead(const char* hex, binder_status_t status, int32_t position, const T& expected) {
-    const ndk::ScopedAParcel parcel = FromHex(hex);
+    const ndk::ScopedAParcel parcel = ParcelOf(hex);
     T read{};
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &read), status) << hex;
     EXPECT_EQ(AParcel_getDataPosition(parcel.get()), position) << hex;
@@ -143,9 +112,9 @@ TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     ExpectRead("40420f00", STATUS_NO_MEMORY, 4, empty);
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
-    const ndk::ScopedAParcel parcel =
-            FromHex("0100000024000000010000000100000001000000140000000300000001000000"
-                    "0a0000002a000000");
+    const ndk::ScopedAParcel parcel = ParcelOf(
+            "0100000024000000010000000100000001000000140000000300000001000000"
+            "0a0000002a000000");
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_BAD_VALUE);
 }
 
@@ -209,6 +178,25 @@ TEST(PackageRecords, AreComparedFieldByField) {
     const AONSensorStateInfo other{8, 0};
     EXPECT_TRUE(idle < busy && busy < other && idle <= idle && other > busy && busy >= idle);
     EXPECT_TRUE(idle != busy && idle == (AONSensorStateInfo{7, 0}));
+}
+
+TEST(PackageStatics, AreThoseOfTheFrozenVersion) {
+    constexpr const char* kName = "vendor.zarvo.hardware.camera.aon.IAONService";
+    using Service = IAONService;
+    EXPECT_STREQ(Service::descriptor, kName);
+    EXPECT_EQ(BnAONService::makeServiceName("default"), std::string(kName) + "/default");
+    EXPECT_EQ(+Service::version, 1);
+    EXPECT_EQ(Service::hash.find_first_not_of("0123456789abcdef"), std::string::npos);
+    EXPECT_EQ(Service::hash.size(), 40u);
+    EXPECT_EQ(Service::hash, IAONServiceCallBack::hash);
+    const std::vector<uint32_t> codes = {
+            Service::TRANSACTION_registerClient,   Service::TRANSACTION_getAonSensorInfoList,
+            Service::TRANSACTION_subscribeSensor,  Service::TRANSACTION_startService,
+            Service::TRANSACTION_stopService,      Service::TRANSACTION_unsubscribeSensor,
+            Service::TRANSACTION_unregisterClient,
+    };
+    EXPECT_EQ(codes, (std::vector<uint32_t>{1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(Service::SERVICE_TYPE_FACE_FEATURE, 8);
     EXPECT_EQ(AONResult::RESULT_KEY_IMAGE_DATA, 703);
     EXPECT_EQ(AONSensorStateInfo::SENSOR_STATE_BUSY, 2);
     EXPECT_STREQ(FrameInfo::descriptor, "vendor.zarvo.hardware.camera.aon.FrameInfo");

@@ -3,112 +3,95 @@
 
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "host/cutils/PropertyParser.h"
 #include "host/cutils/PropertyStore.h"
 #include "tests/support/LogRecorder.h"
 
-using zarvo::host::PropertyStore;
-
+namespace zarvo::host {
 namespace {
+
+using std::string_view_literals::operator""sv;
 
 TEST(Properties, BoolIsOneOfTenWordsOrTheDefault) {
     const struct {
-        const char* value;
-        int whenDefaultFalse;
-        int whenDefaultTrue;
-    } kCases[] = {
-            {"1", 1, 1},  {"y", 1, 1},    {"yes", 1, 1},  {"on", 1, 1},     {"true", 1, 1},
-            {"0", 0, 0},  {"n", 0, 0},    {"no", 0, 0},   {"off", 0, 0},    {"false", 0, 0},
-            {"", 0, 1},   {"TRUE", 0, 1}, {"Yes", 0, 1},  {"Y", 0, 1},      {"t", 0, 1},
-            {"2", 0, 1},  {" 1", 0, 1},   {"1 ", 0, 1},   {"true\n", 0, 1}, {"yess", 0, 1},
-            {"01", 0, 1}, {"o", 0, 1},    {"fals", 0, 1},
-    };
+        int whenDefaultFalse, whenDefaultTrue;
+        std::vector<const char*> values;
+    } kCases[] = {{1, 1, {"1", "y", "yes", "on", "true"}},
+                  {0, 0, {"0", "n", "no", "off", "false"}},
+                  {0, 1, {"", "TRUE", "Yes", "Y", "t", "2", " 1", "1 ", "true\n", "yess", "01"}},
+                  {0, 1, {"o", "fals"}}};
     for (const auto& c : kCases) {
-        SCOPED_TRACE(c.value);
-        ASSERT_EQ(property_set("test.bool", c.value), 0);
-        EXPECT_EQ(property_get_bool("test.bool", 0), c.whenDefaultFalse);
-        EXPECT_EQ(property_get_bool("test.bool", 1), c.whenDefaultTrue);
+        for (const char* value : c.values) {
+            ASSERT_EQ(property_set("test.bool", value), 0);
+            EXPECT_EQ(property_get_bool("test.bool", 0), c.whenDefaultFalse) << value;
+            EXPECT_EQ(property_get_bool("test.bool", 1), c.whenDefaultTrue) << value;
+        }
     }
     EXPECT_EQ(property_get_bool("test.unset", 1), 1);
     EXPECT_EQ(property_get_bool(nullptr, 1), 1);
 }
 
 TEST(Properties, Int32ReadsAnyBaseAndFallsBackToTheDefault) {
-    constexpr int32_t kDefault = -77;
     const struct {
-        const char* value;
         int32_t number;
-    } kCases[] = {
-            {"0", 0},
-            {"10", 10},
-            {"-12", -12},
-            {"+12", 12},
-            {"0x2019", 0x2019},
-            {"-0x10", -16},
-            {"010", 8},
-            {"09", 0},
-            {"0x", 0},
-            {" \t7", 7},
-            {"8bit", 8},
-            {"2.9", 2},
-            {"1 2", 1},
-            {"2147483647", 2147483647},
-            {"-2147483648", -2147483647 - 1},
-            {"2147483648", kDefault},
-            {"-2147483649", kDefault},
-            {"99999999999999999999999", kDefault},
-            {"-99999999999999999999999", kDefault},
-            {"", kDefault},
-            {" ", kDefault},
-            {"-", kDefault},
-            {"x1", kDefault},
-    };
+        std::vector<const char*> values;
+    } kCases[] = {{0, {"0", "09", "0x"}},
+                  {12, {"12", "+12", "0xc", "014", " \t12", "12bit", "12.9", "12 2"}},
+                  {-16, {"-16", "-0x10"}},
+                  {2147483647, {"2147483647"}},
+                  {-2147483647 - 1, {"-2147483648"}},
+                  {-77, {"2147483648", "-2147483649", "99999999999999999999999"}},
+                  {-77, {"-99999999999999999999999", "", " ", "-", "x1"}}};
     errno = 0;
     for (const auto& c : kCases) {
-        SCOPED_TRACE(c.value);
-        ASSERT_EQ(property_set("test.int", c.value), 0);
-        EXPECT_EQ(property_get_int32("test.int", kDefault), c.number);
-        EXPECT_EQ(errno, 0);
+        for (const char* value : c.values) {
+            ASSERT_EQ(property_set("test.int", value), 0);
+            EXPECT_EQ(property_get_int32("test.int", -77), c.number) << value;
+            EXPECT_EQ(errno, 0) << value;
+        }
     }
-    EXPECT_EQ(property_get_int32("test.unset", kDefault), kDefault);
-    EXPECT_EQ(property_get_int32(nullptr, kDefault), kDefault);
+    EXPECT_EQ(property_get_int32("test.unset", -77), -77);
+    EXPECT_EQ(property_get_int32(nullptr, -77), -77);
+}
+
+std::string Get(const char* key, const char* otherwise) {
+    std::array<char, PROPERTY_VALUE_MAX> value{"before"};
+    const int length = property_get(key, value.data(), otherwise);
+    EXPECT_EQ(static_cast<size_t>(length), std::strlen(value.data()));
+    return value.data();
 }
 
 TEST(Properties, GetCopiesTheValueOrTheDefaultCutToTheRoom) {
-    std::array<char, PROPERTY_VALUE_MAX> value{};
-    const std::string longest(PROPERTY_VALUE_MAX - 1, 'v');
-
+    const std::string longest(91, 'v');
     ASSERT_EQ(property_set("test.text", longest.c_str()), 0);
-    EXPECT_EQ(property_get("test.text", value.data(), "default"), 91);
-    EXPECT_EQ(value.data(), longest);
-    EXPECT_EQ(property_get("test.unset", value.data(), (longest + longest).c_str()), 91);
-    EXPECT_EQ(value.data(), longest);
-    EXPECT_EQ(property_get("test.unset", value.data(), nullptr), 0);
-    EXPECT_STREQ(value.data(), "");
+    EXPECT_EQ(Get("test.text", "default"), longest);
+    EXPECT_EQ(Get("test.unset", (longest + longest).c_str()), longest);
+    EXPECT_EQ(Get("test.unset", nullptr), "");
     ASSERT_EQ(property_set("test.text", nullptr), 0);
-    EXPECT_EQ(property_get("test.text", value.data(), "default"), 7);
-    EXPECT_STREQ(value.data(), "default");
+    EXPECT_EQ(Get("test.text", "default"), "default");
 }
 
 TEST(Properties, SetRefusesWhatIsNoPropertyAndKeepsTheOldValue) {
     ASSERT_EQ(property_set("test.kept", "5"), 0);
-    const std::string tooLong(PROPERTY_VALUE_MAX, '1');
-    EXPECT_EQ(property_set("test.kept", tooLong.c_str()), -1);
+    EXPECT_EQ(property_set("test.kept", std::string(PROPERTY_VALUE_MAX, '1').c_str()), -1);
     EXPECT_EQ(property_set("", "1"), -1);
     EXPECT_EQ(property_set(nullptr, "1"), -1);
+    EXPECT_EQ(Get("test.kept", ""), "5");
     PropertyStore::Instance().setFault.FailCalls(2);
     EXPECT_EQ(property_set("test.kept", "6"), 0);
     EXPECT_EQ(property_set("test.kept", "7"), -1);
-    EXPECT_EQ(property_get_int32("test.kept", 0), 6);
+    EXPECT_EQ(Get("test.kept", ""), "6");
     PropertyStore::Instance().Clear();
-    EXPECT_EQ(property_get_int32("test.kept", 0), 0);
+    EXPECT_EQ(Get("test.kept", ""), "");
 }
 
 TEST(Properties, TheEnvironmentIsReadAtFirstUseAndItsFaultsAreLogged) {
-    zarvo::test::LogRecorder log("cutils");
+    test::LogRecorder log("cutils");
     ASSERT_EQ(setenv("AON_PROPERTIES", "test.a=10;broken;test.b=on;=1", 1), 0);
     EXPECT_EQ(property_get_int32("test.a", 0), 10);
     EXPECT_EQ(property_get_bool("test.b", 0), 1);
@@ -120,19 +103,13 @@ TEST(Properties, TheEnvironmentIsReadAtFirstUseAndItsFaultsAreLogged) {
 }
 
 TEST(Properties, ManyThreadsReadWholeValuesWhileOthersWriteThem) {
-    const std::string values[] = {"1111", "22222222"};
-    ASSERT_EQ(property_set("test.race", values[0].c_str()), 0);
     std::vector<std::thread> threads;
-    for (const std::string& mine : values) {
-        threads.emplace_back([&mine] {
-            for (int i = 0; i < 500; ++i)
-                property_set("test.race", mine.c_str());
-        });
-        threads.emplace_back([&values] {
-            std::array<char, PROPERTY_VALUE_MAX> value{};
+    for (const std::string mine : {"1111", "22222222", "1111"}) {
+        threads.emplace_back([mine] {
             for (int i = 0; i < 500; ++i) {
-                property_get("test.race", value.data(), "");
-                EXPECT_TRUE(value.data() == values[0] || value.data() == values[1]);
+                property_set("test.race", mine.c_str());
+                const std::string read = Get("test.race", "");
+                EXPECT_TRUE(read == "1111" || read == "22222222") << read;
             }
         });
     }
@@ -140,4 +117,37 @@ TEST(Properties, ManyThreadsReadWholeValuesWhileOthersWriteThem) {
         thread.join();
 }
 
+std::string Parsed(std::string_view text) {
+    const auto [properties, errors] = ParseProperties(text);
+    std::string description;
+    for (const Property& property : properties)
+        description += "[" + property.name + "|" + property.value + "]";
+    for (const std::string& error : errors)
+        description += "{" + error + "}";
+    return description;
+}
+
+TEST(PropertyParser, TakesTheGoodPairsAndReportsTheOthers) {
+    const std::string longName(256, 'n');
+    const std::string fits(91, 'v');
+    const std::pair<std::string, std::vector<std::string_view>> kCases[] = {
+            {"", {"", ";;;"}},
+            {"[a|1]", {"a=1", "a=1;"}},
+            {"[a|1=2][b|x y][a|]", {"a=1=2;;b=x y;a="}},
+            {"[v.A-b_c@0:9|1]", {"v.A-b_c@0:9=1"}},
+            {"{pair 1: no '='}", {"a"}},
+            {"[a|1][c|3]{pair 2: no '='}", {"a=1;b;c=3"}},
+            {"[c|3]{pair 1: zero byte in value}", {"a=\0;c=3"sv}},
+            {"{pair 1: not a property name}",
+             {"=", " a=1", ".a=1", "a.=1", "a..b=1", "a\0b=1"sv, "\xff\xfe=1"}}};
+    for (const auto& [result, texts] : kCases) {
+        for (const std::string_view text : texts)
+            EXPECT_EQ(Parsed(text), result) << text;
+    }
+    EXPECT_EQ(PropertyFault(longName.substr(1), fits), nullptr);
+    EXPECT_EQ(Parsed(longName + "=1"), "{pair 1: name too long}");
+    EXPECT_EQ(Parsed("a=" + fits + "v"), "{pair 1: value too long}");
+}
+
 }  // namespace
+}  // namespace zarvo::host

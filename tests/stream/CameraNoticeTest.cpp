@@ -25,10 +25,7 @@ TEST_F(CameraNoticeTest, ComeInOrderOnAThreadThatDeliversNoEvents) {
 }
 
 TEST_F(CameraNoticeTest, ComeWhenNoStreamRunsAndWhileAnEventIsHeldUp) {
-    ASSERT_TRUE(Start(mListener));
-    mListener->Block();
-    EXPECT_TRUE(mControl.RequestFrame());
-    ASSERT_TRUE(mListener->WaitUntilBlocked());
+    StartAndHoldUpAnEvent();
     mControl.OpenCamera(0);
     mControl.WaitForCameraNotices();
     EXPECT_TRUE(mStream.stop());
@@ -48,11 +45,15 @@ TEST_F(CameraNoticeTest, TellANewCallbackOnceWhatIsOpen) {
     EXPECT_EQ(mListener->Notices(), Notices{"open 2"});
 }
 
-TEST_F(CameraNoticeTest, AreDroppedWhenTheCallbackIsGone) {
+TEST_F(CameraNoticeTest, AreDroppedOnceNobodyHoldsTheCallbackWhichTheStreamDoesUntilItStops) {
     auto listener = std::make_shared<StreamListener>();
+    const std::weak_ptr<StreamListener> watch = listener;
     ASSERT_TRUE(Start(listener));
-    mControl.Shutdown();
     listener.reset();
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_FALSE(watch.expired());
+    mControl.Shutdown();
+    EXPECT_TRUE(watch.expired());
     mControl.OpenCamera(1);
     mControl.WaitForCameraNotices();
 }

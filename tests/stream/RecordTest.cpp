@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -18,60 +17,48 @@ constexpr RenderConfig kConfig{
 constexpr size_t kOutput = 34'856;
 
 /** A rendered record as bare bytes, which all offsets here count from. */
-class Record {
-  public:
-    explicit Record(const RenderConfig& config, uint32_t frame = 12)
-        : mEvent(std::make_unique<aov_event>()) {
+struct Record : std::vector<uint8_t> {
+    explicit Record(const RenderConfig& config, uint32_t frame = 12) {
+        const auto event = std::make_unique<aov_event>();
         // What a record held before must not shine through.
-        std::memset(mEvent.get(), 0xA5, sizeof(aov_event));
-        RenderScene(config, frame, *mEvent);
+        std::memset(event.get(), 0xA5, sizeof(aov_event));
+        RenderScene(config, frame, *event);
+        const auto* bytes = reinterpret_cast<const uint8_t*>(event.get());
+        assign(bytes, bytes + 1'771'684);
     }
     template <typename T>
     T At(size_t offset) const {
         T value;
-        std::memcpy(&value, Bytes() + offset, sizeof(value));
+        std::memcpy(&value, data() + offset, sizeof(value));
         return value;
     }
-    const uint8_t* Bytes() const { return reinterpret_cast<const uint8_t*>(mEvent.get()); }
-    bool SameAs(const Record& other) const {
-        return std::memcmp(Bytes(), other.Bytes(), 1'771'684) == 0;
-    }
+    float Number(size_t offset) const { return At<float>(offset); }
     bool IsZero(size_t offset, size_t size) const {
-        return std::all_of(Bytes() + offset, Bytes() + offset + size,
-                           [](uint8_t byte) { return byte == 0; });
+        return static_cast<size_t>(std::count(data() + offset, data() + offset + size, 0)) == size;
     }
-    size_t DistinctValues(size_t offset, size_t size) const {
-        return std::set<uint8_t>(Bytes() + offset, Bytes() + offset + size).size();
-    }
-
-  private:
-    std::unique_ptr<aov_event> mEvent;
 };
 
 TEST(SimulatedRecord, DependsOnSeedAndFrameAlone) {
     RenderConfig otherSeed = kConfig;
     otherSeed.seed = 8;
-    EXPECT_TRUE(Record(kConfig, 3).SameAs(Record(kConfig, 3)));
-    EXPECT_FALSE(Record(kConfig, 3).SameAs(Record(kConfig, 4)));
-    EXPECT_FALSE(Record(kConfig, 3).SameAs(Record(otherSeed, 3)));
+    EXPECT_TRUE(Record(kConfig, 3) == Record(kConfig, 3));
+    EXPECT_FALSE(Record(kConfig, 3) == Record(kConfig, 4));
+    EXPECT_FALSE(Record(kConfig, 3) == Record(otherSeed, 3));
 }
 
 TEST(SimulatedRecord, CarriesFrameAndImageHeaders) {
     const Record record(kConfig, 4'000'000'000U);
-    const struct {
-        size_t offset;
-        uint32_t value;
-    } kWords[] = {{8, 4'000'000'000U}, {12, 640},      {16, 480},      {24, 15},
-                  {34'852, 228'096},   {297'028, 480}, {297'036, 640}, {1'034'356, 480},
-                  {1'034'364, 640}};
-    for (const auto& word : kWords)
-        EXPECT_EQ(record.At<uint32_t>(word.offset), word.value) << word.offset;
+    const std::pair<size_t, uint32_t> kWords[] = {
+            {8, 4'000'000'000U}, {12, 640},      {16, 480},      {24, 15},
+            {34'852, 228'096},   {297'028, 480}, {297'036, 640}, {1'034'356, 480},
+            {1'034'364, 640}};
+    for (const auto& [offset, value] : kWords)
+        EXPECT_EQ(record.At<uint32_t>(offset), value) << offset;
 }
 
 TEST(SimulatedRecord, FillsTheRegionsOfTheStartedServicesAndNoOther) {
     const struct {
-        size_t offset;
-        size_t size;
+        size_t offset, size;
         int32_t serviceTypes;  // any of these; 0 for every record
         size_t distinct;       // at least so many byte values, so that it is not a flat fill
     } kRegions[] = {
@@ -90,13 +77,11 @@ TEST(SimulatedRecord, FillsTheRegionsOfTheStartedServicesAndNoOther) {
         const Record record(config);
         for (const auto& region : kRegions) {
             SCOPED_TRACE(std::to_string(types) + " " + std::to_string(region.offset));
-            const size_t offset = kOutput + region.offset;
-            if (region.serviceTypes == 0 || (types & region.serviceTypes) != 0) {
-                EXPECT_FALSE(record.IsZero(offset, region.size));
-                EXPECT_GE(record.DistinctValues(offset, region.size), region.distinct);
-            } else {
-                EXPECT_TRUE(record.IsZero(offset, region.size));
-            }
+            const uint8_t* bytes = record.data() + kOutput + region.offset;
+            const std::set<uint8_t> values(bytes, bytes + region.size);
+            const bool filled = region.serviceTypes == 0 || (types & region.serviceTypes) != 0;
+            EXPECT_EQ(values != std::set<uint8_t>{0}, filled);
+            EXPECT_GE(values.size(), filled ? region.distinct : 1);
         }
         EXPECT_TRUE(record.IsZero(kOutput + 227'968, 262'172 - 227'968));
     }
@@ -107,34 +92,34 @@ TEST(SimulatedRecord, TellsOneStoryInEveryBlock) {
     constexpr size_t kItem = kOutput + 199'680 + 8;
     constexpr size_t kAngle = kOutput + 214'784;
     constexpr size_t kGaze = kOutput + 209'152;
-    const auto number = [&](size_t offset) { return record.At<float>(offset); };
 
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 1u);
-    EXPECT_NE(number(kOutput + 199'684), 0.0F);
+    EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
     EXPECT_EQ(record.At<int32_t>(kItem), 1);
-    const float left = number(kItem + 4), top = number(kItem + 8);
-    const float right = left + number(kItem + 12), bottom = top + number(kItem + 16);
+    const float left = record.Number(kItem + 4), top = record.Number(kItem + 8);
+    const float right = left + record.Number(kItem + 12), bottom = top + record.Number(kItem + 16);
     EXPECT_TRUE(0 < left && left < right && right < 640 && 0 < top && top < bottom && bottom < 480);
     for (size_t i = 0; i < 5; ++i) {
-        const float x = number(kItem + 24 + 8 * i), y = number(kItem + 28 + 8 * i);
+        const float x = record.Number(kItem + 24 + 8 * i), y = record.Number(kItem + 28 + 8 * i);
         EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
-        EXPECT_EQ(number(kAngle + 16 + 8 * i), x);
-        EXPECT_EQ(number(kAngle + 20 + 8 * i), y);
+        EXPECT_EQ(record.Number(kAngle + 16 + 8 * i), x);
+        EXPECT_EQ(record.Number(kAngle + 20 + 8 * i), y);
     }
     for (size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(number(kAngle + 4 * i), number(kItem + 64 + 4 * i)) << i;
-    EXPECT_EQ(number(kGaze + 20), number(kItem + 76));
-    EXPECT_NEAR(std::hypot(number(kGaze), number(kGaze + 4), number(kGaze + 8)), 1, 1e-5);
+        EXPECT_EQ(record.Number(kAngle + 4 * i), record.Number(kItem + 64 + 4 * i)) << i;
+    EXPECT_EQ(record.Number(kGaze + 20), record.Number(kItem + 76));
+    EXPECT_NEAR(
+            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8)), 1,
+            1e-5);
     EXPECT_EQ(record.At<uint8_t>(kOutput + 213'504),
-              static_cast<uint8_t>(std::floor(128.5F + number(kAngle))));
-    EXPECT_EQ(std::memcmp(record.Bytes() + kOutput + 227'584, record.Bytes() + kOutput + 227'840,
-                          128),
-              0);
+              static_cast<uint8_t>(std::floor(128.5F + record.Number(kAngle))));
+    const uint8_t* output = record.data() + kOutput;
+    EXPECT_TRUE(std::equal(output + 227'584, output + 227'584 + 128, output + 227'840));
 
     // The debug picture is the same but for marks inside the face's box.
     size_t marked = 0;
     for (size_t i = 0; i < size_t{640} * 480; ++i) {
-        if (record.Bytes()[297'040 + i] == record.Bytes()[1'034'368 + i]) continue;
+        if (record[297'040 + i] == record[1'034'368 + i]) continue;
         const auto x = static_cast<float>(i % 640), y = static_cast<float>(i / 640);
         ASSERT_TRUE(left <= x && x <= right && top <= y && y <= bottom) << x << " " << y;
         ++marked;
@@ -149,12 +134,11 @@ TEST(SimulatedRecord, MovesSmoothlyAndKeepsTheFaceItself) {
     Record before(config, 0);
     for (uint32_t frame = 1; frame <= 90; ++frame) {
         Record record(config, frame);
-        const float yaw = record.At<float>(kOutput + 214'784);
-        EXPECT_LT(std::abs(yaw - before.At<float>(kOutput + 214'784)), 3.0F) << frame;
+        const float yaw = record.Number(kOutput + 214'784);
+        EXPECT_NEAR(yaw, before.Number(kOutput + 214'784), 3.0F) << frame;
         yaws.insert(std::round(yaw));
-        for (size_t i = 0; i < 128; ++i)
-            EXPECT_NEAR(record.At<uint8_t>(kOutput + 227'840 + i),
-                        before.At<uint8_t>(kOutput + 227'840 + i), 2);
+        for (size_t i = kOutput + 227'840; i < kOutput + 227'840 + 128; ++i)
+            EXPECT_NEAR(record[i], before[i], 2);
         before = std::move(record);
     }
     EXPECT_GT(yaws.size(), 5u);

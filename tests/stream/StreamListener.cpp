@@ -11,36 +11,29 @@ using test::kPatience;
 void StreamListener::onCallback(aov_event* event) {
     {
         std::unique_lock lock(mMutex);
-        mFrames.push_back(event == nullptr ? -1 : event->frame_id);
+        mFrames.push_back(event == nullptr ? -1 : int64_t{event->frame_id});
         mEventThreads.push_back(std::this_thread::get_id());
         ++mBlocked;
         mChanged.notify_all();
         mChanged.wait(lock, [this] { return !mBlocking; });
         --mBlocked;
     }
-    if (inEvent) inEvent();
+    if (inEvent) inEvent(event);
 }
 
-void StreamListener::NotifyOpen(int instanceId) {
-    Note("open ", instanceId);
-}
-
-void StreamListener::NotifyClose(int instanceId) {
-    Note("close ", instanceId);
-}
-
-void StreamListener::Note(const char* what, int instanceId) {
+void StreamListener::Note(std::string notice) {
     {
         const std::lock_guard lock(mMutex);
-        mNotices.push_back(what + std::to_string(instanceId));
+        mNotices.push_back(std::move(notice));
         mNoticeThreads.push_back(std::this_thread::get_id());
     }
     if (inNotice) inNotice();
 }
 
-void StreamListener::Block() {
+void StreamListener::SetBlocking(bool blocking) {
     const std::lock_guard lock(mMutex);
-    mBlocking = true;
+    mBlocking = blocking;
+    mChanged.notify_all();
 }
 
 bool StreamListener::WaitUntilBlocked() {
@@ -48,60 +41,38 @@ bool StreamListener::WaitUntilBlocked() {
     return mChanged.wait_for(lock, kPatience, [this] { return mBlocked > 0; });
 }
 
-void StreamListener::Unblock() {
-    const std::lock_guard lock(mMutex);
-    mBlocking = false;
-    mChanged.notify_all();
-}
-
 bool StreamListener::WaitForEvents(size_t count) {
     std::unique_lock lock(mMutex);
     return mChanged.wait_for(lock, kPatience, [&] { return mFrames.size() >= count; });
 }
 
-std::vector<int64_t> StreamListener::Frames() {
-    const std::lock_guard lock(mMutex);
-    return mFrames;
-}
-
-std::vector<std::string> StreamListener::Notices() {
-    const std::lock_guard lock(mMutex);
-    return mNotices;
-}
-
-std::vector<std::thread::id> StreamListener::EventThreads() {
-    const std::lock_guard lock(mMutex);
-    return mEventThreads;
-}
-
-std::vector<std::thread::id> StreamListener::NoticeThreads() {
-    const std::lock_guard lock(mMutex);
-    return mNoticeThreads;
-}
-
-StreamTest::StreamTest() : mStream(*IAOVStream::createInstance()) {
-    mControl.SetManualDelivery(true);
-}
-
-StreamTest::~StreamTest() {
-    mListener->Unblock();
-    mControl.Shutdown();
-}
-
-user_param StreamTest::Param(std::shared_ptr<IAovStreamCallback> callback) {
+user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate, int32_t width,
+                 int32_t height) {
     user_param param{};
-    param.sensorId = 0;
-    param.frameRate = 5;
-    param.frameWidth = 640;
-    param.frameHeight = 480;
+    param.frameRate = frameRate;
+    param.frameWidth = width;
+    param.frameHeight = height;
     param.serviceType = 3;
     param.AovStreamCallback = std::move(callback);
     return param;
 }
 
-bool StreamTest::Start(const std::shared_ptr<IAovStreamCallback>& callback) {
-    user_param param = Param(callback);
+StreamTest::~StreamTest() {
+    mListener->SetBlocking(false);
+    mControl.Shutdown();
+}
+
+bool StreamTest::Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate) {
+    user_param param = Param(callback, frameRate);
     return mStream.start(&param);
+}
+
+void StreamTest::StartAndHoldUpAnEvent() {
+    mListener->SetBlocking(true);
+    ASSERT_TRUE(Start(mListener));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(mControl.RequestFrame());
+    ASSERT_TRUE(mListener->WaitUntilBlocked());
 }
 
 }  // namespace zarvo::host

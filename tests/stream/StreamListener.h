@@ -18,28 +18,33 @@ namespace zarvo::host {
 class StreamListener : public IAovStreamCallback {
   public:
     /** Run inside every onCallback() and every notice; set before the stream starts. */
-    std::function<void()> inEvent, inNotice;
+    std::function<void(const aov_event* event)> inEvent;
+    std::function<void()> inNotice;
 
     void onCallback(aov_event* event) override;
-    void NotifyOpen(int instanceId) override;
-    void NotifyClose(int instanceId) override;
+    void NotifyOpen(int instanceId) override { Note("open " + std::to_string(instanceId)); }
+    void NotifyClose(int instanceId) override { Note("close " + std::to_string(instanceId)); }
 
-    /** Holds up events from now on; true once one is held. */
-    void Block();
+    /** Whether events are held up from now on; true once one is held. */
+    void SetBlocking(bool blocking);
     bool WaitUntilBlocked();
-    void Unblock();
-
     /** Whether so many events came, before the patience of a test ends. */
     bool WaitForEvents(size_t count);
+
     /** Frame ids in order, -1 for null events. */
-    std::vector<int64_t> Frames();
+    std::vector<int64_t> Frames() { return Get(mFrames); }
     /** "open 1" and "close 1", in order. */
-    std::vector<std::string> Notices();
-    std::vector<std::thread::id> EventThreads();
-    std::vector<std::thread::id> NoticeThreads();
+    std::vector<std::string> Notices() { return Get(mNotices); }
+    std::vector<std::thread::id> EventThreads() { return Get(mEventThreads); }
+    std::vector<std::thread::id> NoticeThreads() { return Get(mNoticeThreads); }
 
   private:
-    void Note(const char* what, int instanceId);
+    void Note(std::string notice);
+    template <typename T>
+    T Get(const T& member) {
+        const std::lock_guard lock(mMutex);
+        return member;
+    }
 
     std::mutex mMutex;
     std::condition_variable mChanged;
@@ -50,15 +55,19 @@ class StreamListener : public IAovStreamCallback {
     std::vector<std::thread::id> mEventThreads, mNoticeThreads;
 };
 
+/** What starts sensor 0 with services 1 and 2. */
+user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate = 5,
+                 int32_t width = 640, int32_t height = 480);
+
 /** A test with the process's stream, quiet and with manual delivery when the test begins. */
 class StreamTest : public testing::Test {
   protected:
-    StreamTest();
+    StreamTest() : mStream(*IAOVStream::createInstance()) { mControl.SetManualDelivery(true); }
     ~StreamTest() override;
 
-    /** Sensor 0 at 640 × 480, 5 frames per second, services 1 and 2. */
-    static user_param Param(std::shared_ptr<IAovStreamCallback> callback);
-    bool Start(const std::shared_ptr<IAovStreamCallback>& callback);
+    bool Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate = 5);
+    /** Starts with mListener, asks for three frames, and holds up the first. */
+    void StartAndHoldUpAnEvent();
 
     SimulatorControl& mControl = SimulatorControl::Instance();
     IAOVStream& mStream;

@@ -1,7 +1,5 @@
 #include "tests/support/ScriptedModules.h"
 
-#include <utility>
-
 MtkcamModuleFactory getMtkcamModuleFactory(uint32_t moduleId) {
     return zarvo::test::ScriptedModules::Instance().FactoryOf(moduleId);
 }
@@ -11,21 +9,6 @@ namespace zarvo::test {
 ScriptedModules& ScriptedModules::Instance() {
     static auto* const modules = new ScriptedModules();
     return *modules;
-}
-
-void ScriptedModules::SetDevices(std::map<int, std::vector<int>> devices) {
-    const std::lock_guard lock(mMutex);
-    mDevices = std::move(devices);
-}
-
-void ScriptedModules::SetNoFactory(bool none) {
-    const std::lock_guard lock(mMutex);
-    mNoFactory = none;
-}
-
-void ScriptedModules::SetNoModule(bool none) {
-    const std::lock_guard lock(mMutex);
-    mNoModule = none;
 }
 
 std::vector<uint32_t> ScriptedModules::AskedModules() const {
@@ -48,7 +31,6 @@ MtkcamModuleFactory ScriptedModules::FactoryOf(uint32_t moduleId) {
 
 void* ScriptedModules::Module() {
     ScriptedModules& modules = Instance();
-    const std::lock_guard lock(modules.mMutex);
     return modules.mNoModule ? nullptr : static_cast<HalLogicalDeviceList*>(&modules);
 }
 

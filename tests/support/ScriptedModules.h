@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "platform/mtkcam/HalLogicalDeviceList.h"
@@ -18,11 +20,14 @@ class ScriptedModules : public HalLogicalDeviceList {
     static ScriptedModules& Instance();
 
     /** Camera device -> its sensors. */
-    void SetDevices(std::map<int, std::vector<int>> devices);
+    void SetDevices(std::map<int, std::vector<int>> devices) {
+        const std::lock_guard lock(mMutex);
+        mDevices = std::move(devices);
+    }
     /** Lets getMtkcamModuleFactory() give null. */
-    void SetNoFactory(bool none);
+    void SetNoFactory(bool none) { mNoFactory = none; }
     /** Lets the factory give null. */
-    void SetNoModule(bool none);
+    void SetNoModule(bool none) { mNoModule = none; }
     /** The ids that getMtkcamModuleFactory() was asked for. */
     std::vector<uint32_t> AskedModules() const;
 
@@ -34,10 +39,9 @@ class ScriptedModules : public HalLogicalDeviceList {
   private:
     static void* Module();
 
+    std::atomic<bool> mNoFactory = false, mNoModule = false;
     mutable std::mutex mMutex;
     std::map<int, std::vector<int>> mDevices;
-    bool mNoFactory = false;
-    bool mNoModule = false;
     std::vector<uint32_t> mAskedModules;
 };
 

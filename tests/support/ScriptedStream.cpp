@@ -24,16 +24,6 @@ aov_sensor_info ScriptedStream::Record(int32_t width, int32_t height, int32_t in
     return record;
 }
 
-void ScriptedStream::SetNoStream(bool none) {
-    const std::lock_guard lock(mMutex);
-    mNoStream = none;
-}
-
-void ScriptedStream::SetSensors(std::vector<std::pair<int, std::vector<aov_sensor_info>>> sensors) {
-    const std::lock_guard lock(mMutex);
-    mSensors = std::move(sensors);
-}
-
 void ScriptedStream::SetMode(int sensorId, int status, int mode) {
     const std::lock_guard lock(mMutex);
     mModes[sensorId] = {status, mode};
@@ -51,26 +41,6 @@ std::vector<std::string> ScriptedStream::TakeCalls() {
     return std::exchange(mCalls, {});
 }
 
-std::vector<user_param> ScriptedStream::Starts() const {
-    const std::lock_guard lock(mMutex);
-    return mStarts;
-}
-
-std::shared_ptr<IAovStreamCallback> ScriptedStream::Callback() const {
-    const std::lock_guard lock(mMutex);
-    return mLastCallback.lock();
-}
-
-bool ScriptedStream::LastStartHadCallback() const {
-    const std::lock_guard lock(mMutex);
-    return mLastStartHadCallback;
-}
-
-bool ScriptedStream::Running() const {
-    const std::lock_guard lock(mMutex);
-    return mRunning;
-}
-
 void ScriptedStream::Note(std::string call, Hook ScriptedStream::*hook) {
     Hook run;
     {
@@ -83,9 +53,8 @@ void ScriptedStream::Note(std::string call, Hook ScriptedStream::*hook) {
 
 std::vector<int> ScriptedStream::getSensorIdList() {
     Note("getSensorIdList");
-    const std::lock_guard lock(mMutex);
     std::vector<int> ids;
-    for (const auto& [id, records] : mSensors)
+    for (const auto& [id, records] : Get(mSensors))
         ids.push_back(id);
     return ids;
 }
@@ -136,11 +105,6 @@ bool ScriptedStream::stop() {
     mRunning = false;
     released = std::move(mRunningCallback);
     return true;
-}
-
-IAOVStream* ScriptedStream::Create() {
-    const std::lock_guard lock(mMutex);
-    return mNoStream ? nullptr : this;
 }
 
 }  // namespace zarvo::test

@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/common/FaultPoint.h"
@@ -22,6 +23,7 @@ namespace zarvo::test {
 class ScriptedStream : public IAOVStream {
   public:
     using Hook = std::function<void()>;
+    using Sensors = std::vector<std::pair<int, std::vector<aov_sensor_info>>>;
 
     static ScriptedStream& Instance();
     /** A capability record. */
@@ -31,9 +33,9 @@ class ScriptedStream : public IAOVStream {
     // The script.
 
     /** Lets createInstance() give null. */
-    void SetNoStream(bool none);
+    void SetNoStream(bool none) { Set(mNoStream, none); }
     /** The sensors in the order that getSensorIdList() gives, with their capability records. */
-    void SetSensors(std::vector<std::pair<int, std::vector<aov_sensor_info>>> sensors);
+    void SetSensors(Sensors sensors) { Set(mSensors, std::move(sensors)); }
     /** What getSensorMode() answers for the sensor; 0 and mode 0 unless set. */
     void SetMode(int sensorId, int status, int mode);
     /** Run inside start(), stop() and notifyCameraStatus(), before they answer. */
@@ -47,13 +49,13 @@ class ScriptedStream : public IAOVStream {
      * "stop", "notify open 0,2", "notify close". The list is then empty. */
     std::vector<std::string> TakeCalls();
     /** The start records in order, also of refused starts, each without its callback. */
-    std::vector<user_param> Starts() const;
+    std::vector<user_param> Starts() const { return Get(mStarts); }
     /** The callback of the last accepted start, as long as anyone holds it. */
-    std::shared_ptr<IAovStreamCallback> Callback() const;
+    std::shared_ptr<IAovStreamCallback> Callback() const { return Get(mLastCallback).lock(); }
     /** Whether the last start record carried a callback. */
-    bool LastStartHadCallback() const;
+    bool LastStartHadCallback() const { return Get(mLastStartHadCallback); }
     /** Whether the stream was started and not stopped since. */
-    bool Running() const;
+    bool Running() const { return Get(mRunning); }
 
     std::vector<int> getSensorIdList() override;
     std::vector<aov_sensor_info> getSensorInfo(int sensorId) override;
@@ -63,7 +65,7 @@ class ScriptedStream : public IAOVStream {
     bool stop() override;
 
     /** What createInstance() answers. */
-    IAOVStream* Create();
+    IAOVStream* Create() { return Get(mNoStream) ? nullptr : this; }
 
   private:
     struct Mode {
@@ -71,12 +73,22 @@ class ScriptedStream : public IAOVStream {
         int bits = 0;
     };
 
+    template <typename T>
+    T Get(const T& member) const {
+        const std::lock_guard lock(mMutex);
+        return member;
+    }
+    template <typename T>
+    void Set(T& member, T value) {
+        const std::lock_guard lock(mMutex);
+        member = std::move(value);
+    }
     /** Notes the call and runs the hook without holding the mutex. */
     void Note(std::string call, Hook ScriptedStream::*hook = nullptr);
 
     mutable std::mutex mMutex;
     bool mNoStream = false;
-    std::vector<std::pair<int, std::vector<aov_sensor_info>>> mSensors;
+    Sensors mSensors;
     std::map<int, Mode> mModes;
     Hook mInStart, mInStop, mInNotify;
     std::vector<std::string> mCalls;
