@@ -120,7 +120,8 @@ TEST(SimulatedRecord, TellsOneStoryInEveryBlock) {
     size_t marked = 0;
     for (size_t i = 0; i < size_t{640} * 480; ++i) {
         if (record[297'040 + i] == record[1'034'368 + i]) continue;
-        const auto x = static_cast<float>(i % 640), y = static_cast<float>(i / 640);
+        const size_t row = i / 640;
+        const auto x = static_cast<float>(i % 640), y = static_cast<float>(row);
         ASSERT_TRUE(left <= x && x <= right && top <= y && y <= bottom) << x << " " << y;
         ++marked;
     }

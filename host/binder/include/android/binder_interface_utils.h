@@ -84,10 +84,10 @@ class SharedRefBase {
 
 // std::make_shared places objects past the class's own operator new; for a SharedRefBase that would
 // give a shared_ptr which ref() does not know. (std::make_unique already fails on operator new.)
+// NOLINTNEXTLINE(cert-dcl58-cpp): only takes away what would go wrong
 namespace std {
 template <typename T, typename... Args,
           enable_if_t<is_base_of_v<::ndk::SharedRefBase, T>, bool> = true>
-// NOLINTNEXTLINE(cert-dcl58-cpp): only takes away what would go wrong
 shared_ptr<T> make_shared(Args&&...) = delete;
 }  // namespace std
 
