@@ -1,13 +1,16 @@
 # Replaces FOLDER by the API of the .aidl files below SOURCES, and hashes it if a VERSION is given.
-# Run by the freeze targets.
+# Run by the freeze targets. A failure leaves FOLDER as it was.
 file(GLOB_RECURSE files "${SOURCES}/vendor/*.aidl")
-file(REMOVE_RECURSE "${FOLDER}")
+set(fresh "${FOLDER}.new")
+file(REMOVE_RECURSE "${fresh}")
 execute_process(
-  COMMAND "${AIDL}" --dumpapi --structured --stability vintf "-I${SOURCES}" "--out=${FOLDER}"
+  COMMAND "${AIDL}" --dumpapi --structured --stability vintf "-I${SOURCES}" "--out=${fresh}"
           ${files}
   COMMAND_ERROR_IS_FATAL ANY)
 if(VERSION)
-  execute_process(COMMAND "${AIDL}" --hashapi --version ${VERSION} "${FOLDER}"
+  execute_process(COMMAND "${AIDL}" --hashapi --version ${VERSION} "${fresh}"
                   OUTPUT_VARIABLE hash COMMAND_ERROR_IS_FATAL ANY)
-  file(WRITE "${FOLDER}/.hash" "${hash}")
+  file(WRITE "${fresh}/.hash" "${hash}")
 endif()
+file(REMOVE_RECURSE "${FOLDER}")
+file(RENAME "${fresh}" "${FOLDER}")

@@ -86,7 +86,7 @@ binder_status_t AIBinder_unlinkToDeath(AIBinder* binder, AIBinder_DeathRecipient
                                        void* cookie) {
     if (binder == nullptr || recipient == nullptr) return STATUS_UNEXPECTED_NULL;
     zarvo::host::ProxyBinder* const proxy = binder->AsProxy();
-    if (proxy == nullptr) return STATUS_INVALID_OPERATION;
+    if (proxy == nullptr) return STATUS_NAME_NOT_FOUND;
     if (zarvo::host::BinderFaults::Instance().unlinkToDeath.ShouldFail()) {
         return STATUS_FAILED_TRANSACTION;
     }

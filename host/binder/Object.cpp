@@ -112,6 +112,10 @@ binder_status_t AIBinder_getExtension(AIBinder* binder, AIBinder** outExt) {
     if (outExt == nullptr) return STATUS_UNEXPECTED_NULL;
     *outExt = nullptr;
     if (binder == nullptr) return STATUS_UNEXPECTED_NULL;
+    if (const LocalBinder* const local = binder->AsLocal(); local != nullptr) {
+        *outExt = local->Extension().Release();
+        return STATUS_OK;
+    }
     const std::unique_ptr<AParcel> request(binder->NewParcel());
     const std::unique_ptr<AParcel> reply(binder->NewParcel());
     const auto status =

@@ -96,7 +96,8 @@ ABINDER_API binder_status_t AParcel_writeString(AParcel* parcel, const char* str
                                                 int32_t length);
 /**
  * Reads a string as UTF-8 into the room that `allocator` gives. STATUS_UNEXPECTED_NULL if it
- * refuses, also for bytes that are no string, which read as null.
+ * refuses null, also for bytes that are no string, which read as null; STATUS_NO_MEMORY if it
+ * refuses room.
  */
 ABINDER_API binder_status_t AParcel_readString(const AParcel* parcel, void* stringData,
                                                AParcel_stringAllocator allocator);

@@ -2,8 +2,9 @@
  * C++ values in parcels, chosen by type. Generated code writes and reads everything with these.
  *
  * They keep the rules of the C API: a parcel belongs to one thread; every function returns a
- * status; after a failed read the value is valid but unspecified. No reader allocates more than
- * a small multiple of the bytes that the parcel holds.
+ * status; after a failed read the value is valid but unspecified. No reader but
+ * AParcel_resizeVector, which has a limit of its own, allocates more than a small multiple of the
+ * bytes that the parcel holds.
  *
  * Null is a value of optional, unique_ptr, SpAIBinder and shared_ptr to an interface. The Nullable
  * functions pass it on; the others refuse it with STATUS_UNEXPECTED_NULL, except that a null
