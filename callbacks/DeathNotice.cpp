@@ -4,6 +4,7 @@
 #include "platform/Log.h"
 
 namespace zarvo::aon {
+
 void RemoteCallbackManager::BinderDied(void* cookie) {
     GetSingleton()->OnRemoteCallbackDied(static_cast<const AIBinder*>(cookie));
 }

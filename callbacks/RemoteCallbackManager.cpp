@@ -6,6 +6,7 @@
 #include "platform/Log.h"
 
 namespace zarvo::aon {
+
 std::shared_ptr<RemoteCallbackManager> RemoteCallbackManager::GetSingleton() {
     static const std::shared_ptr<RemoteCallbackManager> instance =
             std::make_shared<RemoteCallbackManager>();

@@ -1,11 +1,11 @@
 // How the stream is started and stopped.
 
+#include <algorithm>
+
 #include "manager/AONManager.h"
 #include "manager/StartRecord.h"
 #include "platform/Log.h"
 #include "platform/Properties.h"
-
-#include <algorithm>
 
 namespace zarvo::aon {
 
