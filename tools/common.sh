@@ -1,0 +1,88 @@
+# shellcheck shell=bash
+# What the commands share: messages, packages, building.
+
+readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev)
+readonly FORMAT_PACKAGES=(git clang-format-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" "${FORMAT_PACKAGES[@]}" clang-14 clang-tidy-14
+                        libclang-rt-14-dev libgtest-dev shellcheck)
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" clang-14 libclang-rt-14-dev libgtest-dev llvm-14)
+
+say() { printf '\n== %s\n' "$*"; }
+
+fail() {
+    printf 'aon: %s\n' "$*" >&2
+    exit 1
+}
+
+# misuse MESSAGE...: the command line, or the environment, is wrong.
+misuse() {
+    printf 'aon: %s\n' "$*" >&2
+    exit 2
+}
+
+# unknown ARGUMENT: an argument that the running command does not know.
+unknown() { misuse "$COMMAND: unknown argument: $1 (see ./aon help $COMMAND)"; }
+
+# Tables are arrays of rows "name|text".
+rows() {
+    local row
+    for row in "$@"; do
+        printf '  %-9s %s\n' "${row%%|*}" "${row#*|}"
+    done
+}
+
+has_row() {
+    local name="$1" row
+    shift
+    for row in "$@"; do
+        [ "${row%%|*}" != "$name" ] || return 0
+    done
+    return 1
+}
+
+# jobs_at_once: how many things to do at once.
+jobs_at_once() {
+    local jobs="${AON_JOBS:-$(nproc)}"
+    [[ "$jobs" =~ ^[1-9][0-9]{0,2}$ ]] || misuse "AON_JOBS wants a number from 1 to 999, not: $jobs"
+    printf '%s\n' "$jobs"
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# need PACKAGE...: sees to it that these Debian packages are there.
+need() {
+    command -v dpkg-query >/dev/null || fail "this command sets itself up on Debian 12 only; it needs: $*"
+    local missing=() package
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if [ "$(id -u)" != 0 ]; then
+        fail "these packages are missing; have them installed, then run this again:
+    sudo apt-get install ${missing[*]}"
+    fi
+    say "installing ${missing[*]}"
+    apt-get update -q
+    DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+}
+
+# build DIRECTORY TARGET CMAKE-ARGUMENT...: builds below build/, quietly when all is well.
+build() {
+    local directory="build/$1" target="$2" output
+    shift 2
+    output="$(cmake -S . -B "$directory" -G Ninja "$@" 2>&1)" || {
+        printf '%s\n' "$output" >&2
+        fail "cmake failed in $directory"
+    }
+    cmake --build "$directory" --target "$target" -j "$JOBS"
+}
+
+readonly CLANG=-DCMAKE_CXX_COMPILER=clang++-14
+build_gcc() { build gcc all -DCMAKE_CXX_COMPILER=g++; }
+build_asan() { build asan all "$CLANG" -DAON_SANITIZE=address,undefined; }
+build_tsan() { build tsan all "$CLANG" -DAON_SANITIZE=thread; }
+
+JOBS="$(jobs_at_once)"
+readonly JOBS

@@ -1,0 +1,37 @@
+# shellcheck shell=bash
+# ./aon demo
+
+help_demo() {
+    cat <<'HELP'
+usage: ./aon demo [--seed NUMBER] [--quick] [--verbose]
+
+Builds the service with a simulated sensor and plays a client's whole life: it registers,
+subscribes, starts services, gets events; the regular camera takes the sensor and gives it back; a
+second client joins; a client dies. Lines with '|' are the service's own log.
+
+  --seed NUMBER  another scene before the sensor
+  --quick, -q    no pauses for the reader
+  --verbose, -v  the log of every frame, too (faces in numbers)
+
+Builds build/demo (g++ and cmake, no test library); the program is build/demo/bin/aon-demo.
+A minute or two the first time, then 15 seconds, or one with --quick.
+Exit status: 0 when all went as it should, 1 when not, 2 for a bad command line.
+HELP
+}
+
+run_demo() {
+    local argument previous=""
+    for argument in "$@"; do
+        case "$previous|$argument" in
+            --seed\|*) argument="" ;;
+            *\|--seed | *\|--quick | *\|-q | *\|--verbose | *\|-v) ;;
+            *) unknown "$argument" ;;
+        esac
+        previous="$argument"
+    done
+    need "${RUN_PACKAGES[@]}"
+    say "build"
+    build demo aon-demo -DAON_BUILD_TESTS=OFF
+    say "demo"
+    exec build/demo/bin/aon-demo "$@"
+}
