@@ -20,12 +20,12 @@ HELP
 }
 
 run_check() {
-    case "${1:-}" in
-        "") SCOPE=changed ;;
-        --all) SCOPE=all ;;
-        *) unknown "$1" ;;
-    esac
-    [ $# -le 1 ] || unknown "$2"
+    SCOPE=changed
+    if [ "${1-}" = --all ]; then
+        SCOPE=all
+        shift
+    fi
+    [ $# -eq 0 ] || unknown "$1"
     need "${TEST_PACKAGES[@]}"
     local step
     for step in format shell tidy; do

@@ -21,7 +21,7 @@ misuse() {
 }
 
 # unknown ARGUMENT: an argument that the running command does not know.
-unknown() { misuse "$COMMAND: unknown argument: $1 (see ./aon help $COMMAND)"; }
+unknown() { misuse "$COMMAND: unknown argument '$1'; see ./aon help $COMMAND"; }
 
 # Tables are arrays of rows "name|text".
 rows() {
@@ -43,7 +43,7 @@ has_row() {
 # jobs_at_once: how many things to do at once.
 jobs_at_once() {
     local jobs="${AON_JOBS:-$(nproc)}"
-    [[ "$jobs" =~ ^[1-9][0-9]{0,2}$ ]] || misuse "AON_JOBS wants a number from 1 to 999, not: $jobs"
+    [[ "$jobs" =~ ^[1-9][0-9]{0,2}$ ]] || misuse "AON_JOBS wants a number from 1 to 999, not '$jobs'"
     printf '%s\n' "$jobs"
 }
 

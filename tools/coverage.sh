@@ -19,17 +19,18 @@ HELP
 }
 
 run_coverage() {
-    case "${1:-}" in
-        "" | --missing) ;;
-        *) unknown "$1" ;;
-    esac
-    [ $# -le 1 ] || unknown "$2"
+    local show_missing=
+    if [ "${1-}" = --missing ]; then
+        show_missing=yes
+        shift
+    fi
+    [ $# -eq 0 ] || unknown "$1"
     need "${COVERAGE_PACKAGES[@]}"
     SCOPE=all
     run_step counted "mend it and run ./aon coverage again"
     llvm_cov report --show-region-summary=false | coverage_table
     llvm_cov show --format=html --show-branches=count --output-dir="$COVERAGE/html"
-    [ $# -eq 0 ] || llvm_cov export --format=lcov | missing
+    [ -z "$show_missing" ] || llvm_cov export --format=lcov | missing
     printf '\nline by line: %s\n' "$COVERAGE/html/index.html"
 }
 
@@ -49,8 +50,8 @@ llvm_cov() {
     for binary in "$COVERAGE"/bin/*_test "$COVERAGE"/lib/*.so; do
         objects+=(--object "$binary")
     done
-    llvm-cov-14 "$command" "$@" --use-color=0 --instr-profile="$COVERAGE/all.profdata" \
-        "${objects[@]:1}" "${ROOMS[@]/#/$PWD/}" 2> >(grep -v 'functions have mismatched data' >&2)
+    llvm-cov-14 "$command" "$@" --instr-profile="$COVERAGE/all.profdata" \
+        "${objects[@]:1}" "${ROOMS[@]/#/$PWD/}" 2> >(sed $'s/\e\\[[0-9;]*m//g; /mismatched data$/d; /^$/d' >&2)
 }
 
 # coverage_table: the report without functions, narrow enough for a terminal.

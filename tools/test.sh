@@ -34,7 +34,7 @@ run_test() {
     while [ $# -gt 0 ]; do
         [ "$1" = --only ] || unknown "$1"
         [ $# -ge 2 ] || misuse "test: --only wants the name of a step"
-        has_row "$2" "${STEPS[@]}" || misuse "test: unknown step: $2 (see ./aon help test)"
+        has_row "$2" "${STEPS[@]}" || misuse "test: unknown step '$2'; see ./aon help test"
         chosen+=("$2|")
         shift 2
     done
