@@ -74,7 +74,7 @@ sources() {
 
 step_format() {
     sources '*.cpp' '*.h' | xargs -r -d '\n' -P "$JOBS" -n 16 clang-format-14 --dry-run --Werror
-    printf '%s files\n' "$(sources '*.cpp' '*.h' | wc -l)"
+    printf 'files: %s\n' "$(sources '*.cpp' '*.h' | wc -l)"
 }
 
 # The scripts are few and read each other: always all of them.

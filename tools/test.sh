@@ -76,7 +76,7 @@ without_passed_tests() {
 # run_tests NAME: all tests of build/NAME.
 run_tests() {
     ctest --test-dir "build/$1" -j "$JOBS" --output-on-failure --no-tests=error
-    printf '%s tests\n' "$(ctest --test-dir "build/$1" -N | sed -n 's/^Total Tests: //p')"
+    printf 'tests: %s\n' "$(ctest --test-dir "build/$1" -N | sed -n 's/^Total Tests: //p')"
 }
 
 step_gcc() {

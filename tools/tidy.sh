@@ -32,7 +32,8 @@ tidy_configuration() {
     git ls-files --cached --others --exclude-standard -- '*.clang-tidy' | xargs sha256sum
 }
 
-# tidy_units: lines "HASH  FACTS-FILE" for all sources that the check is about.
+# tidy_units: writes lines "HASH  FACTS-FILE" into units, for all sources that the check is about,
+# and into uncompiled those that are not part of the build.
 tidy_units() {
     local work="$TIDY_WORK"
     rm -rf "$work"
@@ -43,7 +44,7 @@ tidy_units() {
     sources '*.cpp' '*.h' >"$work/wanted"
     tidy_configuration >"$work/configuration"
     awk -v out="$work/facts" -f tools/units.awk part=1 "$work/hashes" part=2 "$work/commands" \
-        part=3 "$work/wanted" part=4 "$work/configuration" part=5 "$work/dependencies"
+        part=3 "$work/wanted" part=4 "$work/configuration" part=5 "$work/dependencies" >"$work/uncompiled"
     find "$work/facts" -type f -exec sha256sum {} + >"$work/units"
 }
 
@@ -80,5 +81,6 @@ step_tidy() {
     export TIDY_BUILD TIDY_WORK TIDY_CLEAN
     [ ${#new[@]} -eq 0 ] || printf '%s\n' "${new[@]}" |
         xargs -d '\n' -P "$JOBS" -n 2 bash -c 'tidy_file "$@"' tidy
-    printf '%s sources, %s of them analysed anew\n' "$(wc -l <"$TIDY_WORK/units")" $((${#new[@]} / 2))
+    printf 'sources: %s, analysed anew: %s%s\n' "$(wc -l <"$TIDY_WORK/units")" $((${#new[@]} / 2)) \
+        "$(sed 's/^/, not compiled and so not analysed: /' "$TIDY_WORK/uncompiled" | tr -d '\n')"
 }

@@ -5,6 +5,7 @@
 #   part=4  lines that concern every source
 #   part=5  what `ninja -t deps` says: paragraphs of an object's line and its files' lines
 # Variables: out, the folder of the files of facts, in which '%' stands for '/'.
+# Output: the sources in question that this build does not compile.
 
 part == 1 { hash[substr($0, 67)] = $1; next }
 part == 2 { split($0, pair, "\t"); command[pair[1]] = pair[2]; next }
@@ -13,7 +14,7 @@ part == 4 { common = common $0 "\n"; next }
 
 /^ / { sub(/^ +/, ""); files[++count] = $0; next }
 /^$/ { finish(); next }
-END { finish(); report_uncompiled() }
+END { finish(); list_uncompiled() }
 
 function finish(    i, source, facts, counts) {
     for (i = 1; i <= count; i++) {
@@ -34,8 +35,8 @@ function write_facts(source, facts,    name) {
     close(out "/" name)
 }
 
-function report_uncompiled(    path) {
+function list_uncompiled(    path) {
     for (path in wanted)
         if (path ~ /\.cpp$/ && !(path in seen))
-            print "not compiled in this build, so not analysed: " path
+            print path
 }
