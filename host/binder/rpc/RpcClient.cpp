@@ -69,8 +69,8 @@ bool Introduce(RpcSession& session, uint32_t* threads, wire::SessionId* id) {
 
 bool AddIncoming(RpcSession& session, Opener& opener, size_t count) {
     for (size_t i = 0; i < count; ++i) {
-        auto connection = opener.Incoming();
-        if (connection == nullptr || !session.SpawnServing(std::move(connection))) return false;
+        const auto connection = opener.Incoming();
+        if (connection == nullptr || !session.SpawnServing(connection)) return false;
     }
     return true;
 }

@@ -9,20 +9,26 @@ namespace zarvo::host {
 /* What the other end sends unasked: calls, and acknowledgements. */
 
 void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
-    {
-        const std::lock_guard lock(mMutex);
-        mIncoming.push_back(connection);
-    }
-    // Whoever ends the session from here on finds the connection listed.
-    while (IsAlive() && ServeOne(*connection)) {
-    }
-    connection->Shutdown();
+    Enlist(connection);
+    ServeListed(*connection);
 }
 
-bool RpcSession::SpawnServing(std::shared_ptr<Connection> connection) {
-    return mServing.Spawn([self = shared_from_this(), connection = std::move(connection)] {
-        self->Serve(connection);
-    });
+bool RpcSession::SpawnServing(const std::shared_ptr<Connection>& connection) {
+    Enlist(connection);
+    return mServing.Spawn(
+            [self = shared_from_this(), connection] { self->ServeListed(*connection); });
+}
+
+void RpcSession::Enlist(const std::shared_ptr<Connection>& connection) {
+    const std::lock_guard lock(mMutex);
+    mIncoming.push_back(connection);
+}
+
+void RpcSession::ServeListed(Connection& connection) {
+    // Whoever ends the session from here on finds the connection listed.
+    while (IsAlive() && ServeOne(connection)) {
+    }
+    connection.Shutdown();
 }
 
 bool RpcSession::ServeOne(Connection& connection) {

@@ -214,7 +214,8 @@ bool RpcSession::Lose() {
 }
 
 bool RpcSession::Break(const char* reason) {
-    BINDER_LOGE("session ended, the other end broke the protocol: %s", reason);
+    // What arrives while the session ends finds it half gone.
+    if (IsAlive()) BINDER_LOGE("session ended, the other end broke the protocol: %s", reason);
     Terminate();
     return false;
 }

@@ -70,7 +70,7 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
     /** Serves what arrives on a connection, on this thread, until that or the session ends. */
     void Serve(const std::shared_ptr<Connection>& connection);
     /** Serve() on a thread of the session; false if the system has none to give. */
-    bool SpawnServing(std::shared_ptr<Connection> connection);
+    bool SpawnServing(const std::shared_ptr<Connection>& connection);
 
     void Terminate();
     /** After the end: waits until every death notice has been given; at once inside one. */
@@ -83,6 +83,9 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
                          AParcel* reply);
     binder_status_t AwaitReply(Connection& connection, AParcel* reply);
     binder_status_t ReceiveReply(Connection& connection, size_t bodyBytes, AParcel* reply);
+
+    void Enlist(const std::shared_ptr<Connection>& connection);
+    void ServeListed(Connection& connection);
 
     // Of these, bool is false when the session has ended.
 
