@@ -30,9 +30,8 @@ struct Loopback::Ends {
             return listening != nullptr && listening->Accept(std::move(far)) ? std::move(near)
                                                                              : Socket();
         };
-        settings.incoming = kCallbackThreads;
         atClient = ConnectRpc(settings);
-        if (atClient == nullptr) return false;
+        if (atClient == nullptr || !atClient->OpenIncoming(kCallbackThreads)) return false;
         const auto sessions = server->Sessions();
         if (sessions.empty()) return false;
         atServer = sessions.front();

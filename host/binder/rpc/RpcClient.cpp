@@ -67,19 +67,10 @@ bool Introduce(RpcSession& session, uint32_t* threads, wire::SessionId* id) {
     return session.Ask(wire::kGetSessionId, &reply) == STATUS_OK && ReadId(reply, id);
 }
 
-bool AddIncoming(RpcSession& session, Opener& opener, size_t count) {
-    for (size_t i = 0; i < count; ++i) {
-        const auto connection = opener.Incoming();
-        if (connection == nullptr || !session.SpawnServing(connection)) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings) {
     RpcSession::Settings setup;
-    setup.threads = static_cast<uint32_t>(settings.incoming);
     setup.acknowledgeWithReply = settings.acknowledgeWithReply;
     auto first = Greet(settings.dial(), settings.newestVersion, &setup.version);
     if (first == nullptr) return nullptr;
@@ -87,13 +78,13 @@ std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings) {
     session->Outgoing().Add(std::move(first));
     Opener opener{settings.dial, setup.version, {}};
     uint32_t threads = 0;
-    if (!Introduce(*session, &threads, &opener.id) ||
-        !AddIncoming(*session, opener, settings.incoming)) {
+    if (!Introduce(*session, &threads, &opener.id)) {
         session->Terminate();
         return nullptr;
     }
     session->Outgoing().SetGrowth([opener]() mutable { return opener.Outgoing(); },
                                   std::min<size_t>(threads, settings.mostOutgoing));
+    session->SetIncoming([opener]() mutable { return opener.Incoming(); });
     return session;
 }
 

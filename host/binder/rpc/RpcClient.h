@@ -13,14 +13,12 @@ struct RpcClientSettings {
     std::function<Socket()> dial;
     /** Sockets on which this end calls, at most; opened when they are needed. */
     size_t mostOutgoing = 10;
-    /** Sockets, each with a thread, on which this end is called while it does not call itself. */
-    size_t incoming = 1;
     uint32_t newestVersion = wire::kNewestVersion;
     bool acknowledgeWithReply = true;
 };
 
-/** Opens a session; null if the server is not there or does not shake hands. Waits for the
- * server's answers. */
+/** Opens a session, on which this end is not called before RpcSession::OpenIncoming; null if the
+ * server is not there or does not shake hands. Waits for the server's answers. */
 std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings);
 
 /** The server's root, null if it has none or the session has ended. */

@@ -1,4 +1,5 @@
 #include <array>
+#include <utility>
 
 #include "host/binder/BinderLog.h"
 #include "host/binder/rpc/CallContext.h"
@@ -11,6 +12,18 @@ namespace zarvo::host {
 void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
     Enlist(connection);
     ServeListed(*connection);
+}
+
+bool RpcSession::OpenIncoming(size_t count) {
+    {
+        const std::lock_guard lock(mMutex);
+        if (std::exchange(mIncomingOpened, true)) return true;
+    }
+    for (size_t i = 0; i < count; ++i) {
+        const Channels::Shared connection = mOpenIncoming();
+        if (connection == nullptr || !SpawnServing(connection)) return false;
+    }
+    return true;
 }
 
 bool RpcSession::SpawnServing(const std::shared_ptr<Connection>& connection) {

@@ -67,10 +67,13 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
     std::unique_ptr<AParcel> NewReply() { return std::make_unique<AParcel>(Self()); }
     /** Asks the other end something of the session itself. */
     binder_status_t Ask(wire::SpecialCall call, AParcel* reply);
+    /** How this end lets the other end call it; before OpenIncoming. */
+    void SetIncoming(Channels::Open open) { mOpenIncoming = std::move(open); }
+    /** Opens that many connections on which the other end may call at any time, each with a
+     * thread; once, again does nothing. False if that failed. */
+    bool OpenIncoming(size_t count);
     /** Serves what arrives on a connection, on this thread, until that or the session ends. */
     void Serve(const std::shared_ptr<Connection>& connection);
-    /** Serve() on a thread of the session; false if the system has none to give. */
-    bool SpawnServing(const std::shared_ptr<Connection>& connection);
 
     void Terminate();
     /** After the end: waits until every death notice has been given; at once inside one. */
@@ -84,6 +87,7 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
     binder_status_t AwaitReply(Connection& connection, AParcel* reply);
     binder_status_t ReceiveReply(Connection& connection, size_t bodyBytes, AParcel* reply);
 
+    bool SpawnServing(const std::shared_ptr<Connection>& connection);
     void Enlist(const std::shared_ptr<Connection>& connection);
     void ServeListed(Connection& connection);
 
@@ -127,6 +131,7 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
     std::atomic<bool> mAlive{true};
     AddressTable mTable;
     Channels mOutgoing;
+    Channels::Open mOpenIncoming;  // const after SetIncoming
     ThreadSet mServing;
     TaskThread mNotices;
 
@@ -134,6 +139,7 @@ class RpcSession final : public Session, public std::enable_shared_from_this<Rpc
     std::condition_variable mNoticed;
     // All of the following: mMutex.
     bool mNoticesGiven = false;
+    bool mIncomingOpened = false;
     std::deque<wire::DecStrongBody> mOwed;
     std::vector<std::weak_ptr<Connection>> mIncoming;
 };
