@@ -76,7 +76,7 @@ function(aon_aidl_library target)
     AON_AIDL_FILES "${inputs}")
   target_include_directories(${target} ${system} PUBLIC "${include_dir}")
   target_compile_definitions(${target} PRIVATE BINDER_STABILITY_SUPPORT)
-  target_link_libraries(${target} PUBLIC platform_binder ${AIDL_LIBRARIES} PRIVATE aon_options)
+  target_link_libraries(${target} PUBLIC platform_binder ${AIDL_LIBRARIES} PRIVATE aon_phone_options)
   if(AON_AIDL)
     # Warnings in code of another compiler are not ours to mend.
     target_compile_options(${target} PRIVATE -w)
