@@ -19,9 +19,9 @@ struct RpcClientSettings {
 
 /** Opens a session, on which this end is not called before RpcSession::OpenIncoming; null if the
  * server is not there or does not shake hands. Waits for the server's answers. */
-std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings);
+ABINDER_API std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings);
 
 /** The server's root, null if it has none or the session has ended. */
-Ref<AIBinder> AskRoot(RpcSession& session);
+ABINDER_API Ref<AIBinder> AskRoot(RpcSession& session);
 
 }  // namespace zarvo::host

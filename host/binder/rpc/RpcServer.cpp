@@ -35,6 +35,8 @@ bool MakeId(wire::SessionId* id) {
 RpcServer::RpcServer(Settings settings, Ref<AIBinder> root)
     : mSettings(settings), mRoot(std::move(root)) {}
 
+RpcServer::~RpcServer() = default;
+
 bool RpcServer::Accept(Socket socket) {
     if (!socket.IsOpen()) return false;
     const auto connection = std::make_shared<Connection>(std::move(socket));

@@ -17,7 +17,7 @@ namespace zarvo::host {
  *
  * Held by its threads while they shake hands, by sessions weakly. Thread-safe.
  */
-class RpcServer : public std::enable_shared_from_this<RpcServer> {
+class ABINDER_API RpcServer : public std::enable_shared_from_this<RpcServer> {
   public:
     struct Settings {
         /** Sockets on which one client may call at the same time. */
@@ -28,7 +28,7 @@ class RpcServer : public std::enable_shared_from_this<RpcServer> {
 
     RpcServer(Settings settings, Ref<AIBinder> root);
     /** Stop() must have been called. */
-    ~RpcServer() = default;
+    ~RpcServer();
     RpcServer(const RpcServer&) = delete;
     RpcServer& operator=(const RpcServer&) = delete;
 

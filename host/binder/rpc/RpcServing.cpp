@@ -75,6 +75,7 @@ bool RpcSession::ServeDecStrong(Connection& connection, size_t bodyBytes) {
 bool RpcSession::ServeTransact(Connection& connection, size_t bodyBytes) {
     wire::TransactBody body{};
     if (bodyBytes < sizeof(body)) return Break("a call is too short");
+    if (bodyBytes - sizeof(body) > wire::kMostParcelBytes) return Break("a call is too long");
     if (!connection.Receive(&body)) return Lose();
     const size_t rest = bodyBytes - sizeof(body);
     auto request = std::make_unique<AParcel>(Self());

@@ -86,6 +86,8 @@ binder_status_t RpcSession::ReceiveReply(Connection& connection, size_t bodyByte
     bool hasDescriptors = false;
     if (bodyBytes < headBytes) {
         Break("a reply is too short");
+    } else if (bodyBytes - headBytes > wire::kMostParcelBytes) {
+        Break("a reply is too long");
     } else if (!connection.Receive(reinterpret_cast<uint8_t*>(&body), headBytes)) {
         Lose();
     } else if (const size_t rest = bodyBytes - headBytes;
@@ -99,7 +101,6 @@ binder_status_t RpcSession::ReceiveReply(Connection& connection, size_t bodyByte
 
 bool RpcSession::ReceiveParcel(Connection& connection, size_t announced, size_t bytes,
                                AParcel* parcel, bool* hasDescriptors) {
-    if (bytes > wire::kMostParcelBytes) return Break("a message is too long");
     if (announced > bytes) return Break("a parcel is longer than its message");
     const size_t positions = bytes - announced;
     if (positions % sizeof(uint32_t) != 0) return Break("half a position");

@@ -31,7 +31,8 @@ namespace zarvo::host {
  * under way give STATUS_DEAD_OBJECT, and death notices are given on a thread of their own, never
  * inside a call. Held by its proxies and serving threads. Thread-safe.
  */
-class RpcSession final : public Session, public std::enable_shared_from_this<RpcSession> {
+class ABINDER_API RpcSession final : public Session,
+                                     public std::enable_shared_from_this<RpcSession> {
   public:
     struct Settings {
         AddressTable::Side side = AddressTable::Side::kClient;

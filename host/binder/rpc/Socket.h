@@ -1,5 +1,6 @@
 #pragma once
 
+#include <android/binder_status.h>
 #include <sys/types.h>
 #include <sys/uio.h>
 
@@ -21,7 +22,7 @@ struct PeerProcess {
  * Owns a Unix-domain stream socket, or none. Blocking. One thread may send while another receives
  * and any thread shuts down; else used by one thread at a time. Never raises SIGPIPE.
  */
-class Socket {
+class ABINDER_API Socket {
   public:
     Socket() = default;
     explicit Socket(int fd) : mFd(fd) {}

@@ -61,6 +61,10 @@ binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::
                                   std::unique_ptr<Listener>* listener) {
     const std::string path = directory.SocketPath(instance);
     const std::string temporary = directory.TemporaryPath(instance);
+    if (!SocketAddress::Of(path) || !SocketAddress::Of(temporary)) {
+        BINDER_LOGE("the path of %s is too long for a socket: %s", instance.c_str(), path.c_str());
+        return EX_ILLEGAL_STATE;
+    }
     const FileDescriptor lock = directory.Lock();
     if (IsServed(path)) {
         BINDER_LOGE("another process serves %s", instance.c_str());
