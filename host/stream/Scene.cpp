@@ -47,7 +47,9 @@ Point Turned(Point point, float degrees, Point around) {
 
 Scene SceneAt(Cast cast, uint64_t seed, double seconds, float aspect) {
     Scene scene;
-    scene.rotation = 2.5F * Wave(seed, kRotation, seconds, 23);
+    // A very wide picture would be turned out of itself.
+    const float tilt = 2.5F * std::min(1.0F, 2 / aspect);
+    scene.rotation = tilt * Wave(seed, kRotation, seconds, 23);
     scene.light = 1 + 0.05F * Wave(seed, kLight, seconds, 19);
     const Company company = WhoIsThere(cast, seed, seconds);
     for (; scene.shownCount < company.count; ++scene.shownCount) {

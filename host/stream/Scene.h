@@ -61,6 +61,7 @@ struct Scene {
 
 /** The scene of a seed `seconds` (at least 0) after its beginning, in a picture of the given
  * aspect ratio. A pure function, and of time a continuous one, but for faceCount. */
-Scene SceneAt(Cast cast, uint64_t seed, double seconds, float aspect);
+[[gnu::visibility("default")]] Scene SceneAt(Cast cast, uint64_t seed, double seconds,
+                                             float aspect);
 
 }  // namespace zarvo::host
