@@ -132,9 +132,12 @@ class PersonPainter {
         const Color lips = Color::FromRgb(176, 92, 86);
         const float light = static_cast<float>(mPerson.skin.y) / 190;
         if (mPerson.beard) Patch({0, 0.47F}, 0.30F, 0.08F, HairInk(1.1F));
-        Patch({0, 0.585F}, 0.15F, 0.055F, Shaded(lips, 1.05F * light));
-        Patch({0, 0.55F}, 0.21F, 0.04F, Shaded(lips, 0.86F * light));
-        Patch({0, 0.555F}, 0.205F, 0.012F, Shaded(lips, 0.5F * light));
+        Patch({0, 0.585F}, 0.15F, 0.052F, Shaded(lips, 1.05F * light));
+        // The halves rise to the corners: a faint smile.
+        for (const float side : {-1.0F, 1.0F}) {
+            Patch({0.095F * side, 0.55F}, 0.12F, 0.034F, Shaded(lips, 0.88F * light), -9 * side);
+            Patch({0.105F * side, 0.558F}, 0.115F, 0.012F, Shaded(lips, 0.5F * light), -9 * side);
+        }
     }
 
     void DrawNose() {

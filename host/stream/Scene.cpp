@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
-#include <span>
 
 #include "host/stream/Ease.h"
 #include "host/stream/Motion.h"
@@ -58,10 +58,11 @@ Scene SceneAt(Cast cast, uint64_t seed, double seconds, float aspect) {
         TurnAround(scene.rotation, aspect, face);
         face.confidence = ConfidenceOf(face, aspect);
     }
-    const auto shown = std::span(scene.faces).first(scene.shownCount);
-    const auto counted = [](const Face& face) { return face.confidence >= Scene::kCounted; };
-    const auto others = std::ranges::stable_partition(shown, counted);
-    scene.faceCount = shown.size() - others.size();
+    const auto begin = scene.faces.begin();
+    const auto end = begin + static_cast<std::ptrdiff_t>(scene.shownCount);
+    const auto others = std::stable_partition(
+            begin, end, [](const Face& face) { return face.confidence >= Scene::kCounted; });
+    scene.faceCount = static_cast<size_t>(others - begin);
     return scene;
 }
 

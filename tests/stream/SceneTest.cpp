@@ -54,7 +54,8 @@ TEST(Scene, GivesEveryVisitATrackIdOfItsOwnAndLetsThePersonsReturn) {
     for (double seconds = 27; seconds < 600; seconds += 0.05) {
         const Scene scene = StoryAt(3, seconds);
         for (const Face& face : Shown(scene)) {
-            Visit& visit = visits.try_emplace(face.trackId, face.person, seconds).first->second;
+            Visit& visit = visits.try_emplace(face.trackId, Visit{face.person, seconds, seconds})
+                                   .first->second;
             EXPECT_EQ(visit.person, face.person);
             visit.last = seconds;
         }

@@ -195,7 +195,7 @@ TEST_F(SimulatedSensorTest, DeliversRecordsThatLie) {
     EXPECT_EQ(deliver(faults), Header{});
     EXPECT_EQ(deliver({}), kTrue);
     EXPECT_EQ(mListener->Frames(), (Frames{0, 1, -1, 3}));
-    mControl.SetRecordFaults({.nullEvent = true}, 2, 2);
+    mControl.SetRecordFaults(faults, 2, 2);
     for (int i = 0; i < 4; ++i)
         EXPECT_TRUE(mControl.DeliverOne());
     EXPECT_EQ(mListener->Frames(), (Frames{0, 1, -1, 3, 4, -1, -1, 7}));
