@@ -48,7 +48,8 @@ class PersonPainter {
     }
 
   private:
-    /** A colour in the room's light, in pixels' slopes lighter to the upper left. */
+    /** A colour in the room's light; `slope` makes it lighter towards the upper left, by that share
+     * for each half head. */
     Ink Shaded(Color color, float light = 1, float slope = 0) const {
         const float change = -slope * static_cast<float>(color.y) / mHead.Unit();
         return {color.Lit(light * mLight), change, change};
@@ -161,11 +162,7 @@ class PersonPainter {
         const Ellipse opening = mHead.Patch({side, -0.08F}, 0.165F, open);
         mCanvas.FillCommon(opening, opening, Shaded(kEyeWhite));
         const float unit = mHead.Unit();
-        const float reach = 0.19F * unit;
-        const Point pupil = mHead.Beside(
-                opening.centre,
-                reach * (std::sin(mFace.gazeYaw * kDegree) - std::sin(mFace.yaw * kDegree)),
-                reach * (std::sin(mFace.gazePitch * kDegree) - std::sin(mFace.pitch * kDegree)));
+        const Point pupil = PupilOf(opening.centre);
         const auto disc = [&](Point middle, float radius, Color color) {
             mCanvas.FillCommon({middle, radius * unit, radius * unit}, opening, Shaded(color));
         };
@@ -173,6 +170,15 @@ class PersonPainter {
         disc(pupil, 0.078F, mPerson.iris);
         disc(pupil, 0.040F, kPupil);
         disc({pupil.x - 0.028F * unit, pupil.y - 0.03F * unit}, 0.018F, kGlint);
+    }
+
+    /** The pupil is on a ball that looks into the room, in an opening that turns with the head. */
+    Point PupilOf(Point opening) const {
+        const float radius = 0.19F * mHead.Unit();
+        const Point middle = mHead.Beside(opening, -radius * std::sin(mFace.yaw * kDegree),
+                                          -radius * std::sin(mFace.pitch * kDegree));
+        return {middle.x + radius * std::sin(mFace.gazeYaw * kDegree),
+                middle.y + radius * std::sin(mFace.gazePitch * kDegree)};
     }
 
     void DrawBrows() {

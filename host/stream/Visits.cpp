@@ -31,9 +31,10 @@ enum Chance : uint64_t {
     kGuest,
     kHostVisit,
     kGuestVisit,
-    kActs,
     kFirstPerson,
     kPersonStep,
+    /** The first act, and from here on the others. */
+    kActs,
 };
 
 Side Opposite(Side side) {
