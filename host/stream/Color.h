@@ -23,7 +23,12 @@ struct Color {
                 ToByte(128 + 0.500F * r - 0.419F * g - 0.081F * b)};
     }
     /** The same colour in other light: 1 changes nothing, 0 is dark. */
-    constexpr Color Lit(float light) const { return {ToByte(static_cast<float>(y) * light), u, v}; }
+    constexpr Color Lit(float light) const {
+        const auto chroma = [light](uint8_t value) {
+            return ToByte(128 + light * (static_cast<float>(value) - 128));
+        };
+        return {ToByte(static_cast<float>(y) * light), chroma(u), chroma(v)};
+    }
 };
 
 }  // namespace zarvo::host
