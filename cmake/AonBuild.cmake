@@ -48,7 +48,8 @@ if(AON_COVERAGE)
   if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     message(FATAL_ERROR "AON_COVERAGE needs clang++")
   endif()
-  target_compile_options(aon_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_compile_options(aon_options INTERFACE -fprofile-instr-generate -fcoverage-mapping
+                                               -fprofile-update=atomic)
   target_link_options(aon_options INTERFACE -fprofile-instr-generate)
 endif()
 
