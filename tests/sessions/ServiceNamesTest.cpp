@@ -86,7 +86,10 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
     EXPECT_FALSE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService"));
     EXPECT_FALSE(AServiceManager_isDeclared(kName));
 
-    const SpAIBinder stable = SharedRefBase::make<Peer>()->asBinder();
+    const AIBinder_Class* const stableClass = AIBinder_Class_define(
+            "tests.IStable", [](void* args) { return args; }, [](void*) {},
+            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) { return STATUS_OK; });
+    const SpAIBinder stable(AIBinder_new(stableClass, nullptr));
     AIBinder_markVintfStability(stable.get());
     EXPECT_EQ(AServiceManager_addService(stable.get(), kName), EX_ILLEGAL_ARGUMENT);
     if (geteuid() == 0) {
