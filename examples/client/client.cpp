@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     if (!Did("register", service->registerClient(callback, kFusion, &me))) return 1;
     if (!Did("subscribe", service->subscribeSensor(me, config))) return 1;
     Did("start", service->startService(me, kFusion));  // refused while the sensor is busy
-    int framesLeft = argc > 1 ? std::atoi(argv[1]) : -1;
+    long framesLeft = argc > 1 ? std::strtol(argv[1], nullptr, 10) : -1;
     for (News news{}; framesLeft != 0 && news != kLeave && read(gPipe[0], &news, 1) > 0;) {
         if (news == kFrame) --framesLeft;
         if (news == kSensorIdle) Did("start again", service->startService(me, kFusion));
