@@ -88,7 +88,9 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
 
     const AIBinder_Class* const stableClass = AIBinder_Class_define(
             "tests.IStable", [](void* args) { return args; }, [](void*) {},
-            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) { return STATUS_OK; });
+            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) {
+                return binder_status_t{STATUS_OK};
+            });
     const SpAIBinder stable(AIBinder_new(stableClass, nullptr));
     AIBinder_markVintfStability(stable.get());
     EXPECT_EQ(AServiceManager_addService(stable.get(), kName), EX_ILLEGAL_ARGUMENT);
