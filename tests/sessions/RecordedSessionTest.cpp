@@ -90,10 +90,8 @@ class Player {
     std::string mId;
 };
 
-/** Begins the call that carries the event. */
-constexpr char kEventCall[] = "00000000c8000000";
-constexpr char kLastReplyToClient[] =
-        "020000001000000000000000000000000300000000000000010000000000";
+/** The acknowledgement behind each call of the root. */
+constexpr char kAcknowledgement[] = "020000001000000000000000000000000300000000000000010000000000";
 
 /** Answers as the recorded service did. */
 class RecordedService : public BnAONService {
@@ -140,7 +138,7 @@ TEST(RecordedSession, IsWhatAClientHearsFromOurServer) {
     };
     // Up to the acknowledgement that follows the last call's reply.
     for (int i = 0; i < 3; ++i)
-        client.PlayUntil(kLastReplyToClient);
+        client.PlayUntil(kAcknowledgement);
     std::thread event(
             [&] { EXPECT_TRUE(service->callback->onAONEvent(0x1001, RecordedEvent()).isOk()); });
     client.PlayToTheEnd();
