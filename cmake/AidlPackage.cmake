@@ -72,11 +72,13 @@ function(aon_aidl_library target)
     PREFIX ""
     OUTPUT_NAME "${AIDL_NAME}-V${AIDL_VERSION}-ndk"
     SUFFIX ".so"
+    AON_AIDL_INCLUDE_DIR "${include_dir}"
     AON_AIDL_ROOT "${AIDL_ROOT}"
     AON_AIDL_FILES "${inputs}")
-  target_include_directories(${target} ${system} PUBLIC "${include_dir}")
+  target_include_directories(${target} ${system} PUBLIC "$<BUILD_INTERFACE:${include_dir}>")
+  target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_definitions(${target} PRIVATE BINDER_STABILITY_SUPPORT)
-  target_link_libraries(${target} PUBLIC platform_binder ${AIDL_LIBRARIES} PRIVATE aon_options)
+  target_link_libraries(${target} PUBLIC platform_binder ${AIDL_LIBRARIES} PRIVATE aon_phone_options)
   if(AON_AIDL)
     # Warnings in code of another compiler are not ours to mend.
     target_compile_options(${target} PRIVATE -w)

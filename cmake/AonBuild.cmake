@@ -12,9 +12,13 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
 endif()
 
+# Object files name their sources relative to the repository's root, so that the cache serves every
+# clone, wherever it lies. Start debuggers in the root.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
 find_program(AON_CCACHE ccache)
 if(AON_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${AON_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}"
+                                  "${AON_CCACHE}")
 endif()
 
 find_package(Threads REQUIRED)
@@ -39,4 +43,24 @@ if(AON_SANITIZE)
   target_link_options(aon_options INTERFACE -fsanitize=${AON_SANITIZE} -Wl,-z,undefs)
 elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_options(aon_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
+if(AON_COVERAGE)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "AON_COVERAGE needs clang++")
+  endif()
+  target_compile_options(aon_options INTERFACE -fprofile-instr-generate -fcoverage-mapping
+                                               -fprofile-update=atomic)
+  target_link_options(aon_options INTERFACE -fprofile-instr-generate)
+endif()
+
+# aon_phone_options: aon_options for what also runs on a phone. Its standard library there is another
+# one, and neither run-time type information nor exceptions are to be had.
+add_library(aon_phone_options INTERFACE)
+target_link_libraries(aon_phone_options INTERFACE aon_options)
+if(AON_PHONE_FLAGS)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "AON_PHONE_FLAGS needs clang++")
+  endif()
+  target_compile_options(aon_phone_options INTERFACE -stdlib=libc++ -fno-rtti -fno-exceptions)
+  target_link_options(aon_phone_options INTERFACE -stdlib=libc++)
 endif()

@@ -16,7 +16,7 @@ class ProxyBinder;
  * Counts the references to one AIBinder. The object ends with the last strong one, this with the
  * last of both kinds; so its address orders and names objects also after their end. Thread-safe.
  */
-class RefBlock {
+class ABINDER_API RefBlock {
   public:
     explicit RefBlock(AIBinder* object) : mObject(object) {}
 

@@ -10,7 +10,9 @@
 #include "host/binder/ProxyBinder.h"
 #include "host/binder/StatusNames.h"
 #include "host/binder/Utf.h"
+#include "host/binder/rpc/CallContext.h"
 
+using zarvo::host::CallContext;
 using zarvo::host::LocalBinder;
 using zarvo::host::Ref;
 
@@ -89,15 +91,17 @@ void* AIBinder_getUserData(AIBinder* binder) {
 }
 
 uid_t AIBinder_getCallingUid() {
-    return getuid();
+    const CallContext* const call = CallContext::Current();
+    return call == nullptr ? getuid() : call->Caller().uid;
 }
 
 pid_t AIBinder_getCallingPid() {
-    return getpid();
+    const CallContext* const call = CallContext::Current();
+    return call == nullptr ? getpid() : call->Caller().pid;
 }
 
 bool AIBinder_isHandlingTransaction() {
-    return false;
+    return CallContext::Current() != nullptr;
 }
 
 binder_status_t AIBinder_setExtension(AIBinder* binder, AIBinder* ext) {

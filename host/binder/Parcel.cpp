@@ -19,12 +19,22 @@ void AParcel::Reset() {
 }
 
 binder_status_t AParcel::SetBytes(const uint8_t* bytes, size_t length) {
-    Reset();
-    uint8_t* const place = Append(length);
+    uint8_t* const place = ForBytes(length);
     if (place == nullptr) return STATUS_NO_MEMORY;
     if (length > 0) std::memcpy(place, bytes, length);
-    mPosition = 0;
     return STATUS_OK;
+}
+
+uint8_t* AParcel::ForBytes(size_t length) {
+    Reset();
+    uint8_t* const place = Append(length);
+    mPosition = 0;
+    return place;
+}
+
+void AParcel::HandOver() const {
+    for (Object& object : mObjects)
+        object.lent = false;
 }
 
 uint8_t* AParcel::Append(size_t length) {

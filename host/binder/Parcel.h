@@ -60,6 +60,12 @@ struct AParcel {
     /** Takes these bytes alone, padded, as content. */
     binder_status_t SetBytes(const uint8_t* bytes, size_t length);
 
+    /** Empties it and makes it that long; the bytes are the caller's to fill, the position is their
+     * beginning. Null if no memory. */
+    uint8_t* ForBytes(size_t length);
+    /** It is sent: what it lent is now the far end's to acknowledge. */
+    void HandOver() const;
+
     /** Room for `length` bytes and zero padding at the position, which moves; null if no memory. */
     uint8_t* Append(size_t length);
     /** The next `length` bytes, the position moving past their padding; null if too few. */

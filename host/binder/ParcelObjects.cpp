@@ -26,7 +26,7 @@ binder_status_t AParcel::WriteObject(AIBinder* binder) {
     const int32_t stability = Stability::Settle(binder);
     uint8_t* const place = Append(kObjectBytes);
     if (place == nullptr) {
-        if (object.lent) mSession->TakeBack(binder, object.address);
+        if (object.lent) mSession->TakeBack(object.address);
         return STATUS_NO_MEMORY;
     }
     std::memcpy(place, &kPresent, 4);
@@ -97,12 +97,12 @@ void AParcel::Keep(Object object) const {
         return;
     }
     std::swap(*place, object);
-    if (object.lent) mSession->TakeBack(object.binder.Get(), object.address);
+    if (object.lent) mSession->TakeBack(object.address);
 }
 
 void AParcel::DropObjects() {
     for (const Object& object : mObjects) {
-        if (object.lent) mSession->TakeBack(object.binder.Get(), object.address);
+        if (object.lent) mSession->TakeBack(object.address);
     }
     mObjects.clear();
 }

@@ -67,6 +67,8 @@ binder_status_t ProxyBinder::Transact(transaction_code_t code, const AParcel& in
 }
 
 binder_status_t ProxyBinder::Link(std::shared_ptr<DeathLink> link) {
+    if (!IsAlive()) return STATUS_DEAD_OBJECT;
+    if (const auto status = mSession->WatchForDeath(); status != STATUS_OK) return status;
     const std::lock_guard lock(mMutex);
     // Whoever sees the connection alive here is listed before NotifyDeath looks.
     if (!IsAlive()) return STATUS_DEAD_OBJECT;

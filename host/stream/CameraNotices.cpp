@@ -17,24 +17,30 @@ void CameraNotices::SetListener(const std::shared_ptr<IAovStreamCallback>& liste
     if (same) return;
     mListener = listener;
     for (const int instanceId : mOpenDevices)
-        PushLocked(instanceId, true);
+        PushLocked(Kind::kOpen, instanceId);
 }
 
 void CameraNotices::Open(int instanceId) {
     const std::lock_guard lock(mMutex);
     mOpenDevices.insert(instanceId);
-    PushLocked(instanceId, true);
+    PushLocked(Kind::kOpen, instanceId);
 }
 
 void CameraNotices::Close(int instanceId) {
     const std::lock_guard lock(mMutex);
     mOpenDevices.erase(instanceId);
-    PushLocked(instanceId, false);
+    PushLocked(Kind::kClose, instanceId);
 }
 
-void CameraNotices::PushLocked(int instanceId, bool opened) {
+void CameraNotices::Storm(int instanceId, uint32_t cycles) {
+    const std::lock_guard lock(mMutex);
+    mOpenDevices.erase(instanceId);
+    PushLocked(Kind::kStorm, instanceId, cycles);
+}
+
+void CameraNotices::PushLocked(Kind kind, int instanceId, uint32_t cycles) {
     if (mListener.expired() || !EnsureThreadLocked()) return;
-    mNotices.push_back({instanceId, opened, mListener});
+    mNotices.push_back({kind, instanceId, cycles, mListener});
     mChanged.notify_all();
 }
 
@@ -73,20 +79,44 @@ void CameraNotices::Run() {
         if (mNotices.empty()) return;
         const Notice notice = mNotices.front();
         mNotices.pop_front();
-        Deliver(notice, lock);
+        mDelivering = true;
+        lock.unlock();
+        Deliver(notice);
+        lock.lock();
+        mDelivering = false;
+        mChanged.notify_all();
     }
 }
 
-void CameraNotices::Deliver(const Notice& notice, std::unique_lock<std::mutex>& lock) {
-    std::shared_ptr<IAovStreamCallback> listener = notice.listener.lock();
-    mDelivering = true;
-    lock.unlock();
-    if (listener != nullptr && notice.opened) listener->NotifyOpen(notice.instanceId);
-    if (listener != nullptr && !notice.opened) listener->NotifyClose(notice.instanceId);
-    listener.reset();
-    lock.lock();
-    mDelivering = false;
-    mChanged.notify_all();
+void CameraNotices::Deliver(const Notice& notice) {
+    switch (notice.kind) {
+        case Kind::kOpen:
+            return notice.TellOpen();
+        case Kind::kClose:
+            return notice.TellClose();
+        case Kind::kStorm:
+            return DeliverStorm(notice);
+    }
+}
+
+void CameraNotices::DeliverStorm(const Notice& notice) {
+    for (uint32_t cycle = 0; cycle < notice.cycles && !Stopping(); ++cycle) {
+        notice.TellOpen();
+        notice.TellClose();
+    }
+}
+
+bool CameraNotices::Stopping() {
+    const std::lock_guard lock(mMutex);
+    return mStopping;
+}
+
+void CameraNotices::Notice::TellOpen() const {
+    if (const auto held = listener.lock()) held->NotifyOpen(instanceId);
+}
+
+void CameraNotices::Notice::TellClose() const {
+    if (const auto held = listener.lock()) held->NotifyClose(instanceId);
 }
 
 }  // namespace zarvo::host

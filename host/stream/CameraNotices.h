@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -29,23 +30,34 @@ class CameraNotices {
     void SetListener(const std::shared_ptr<IAovStreamCallback>& listener);
     void Open(int instanceId);
     void Close(int instanceId);
+    /** Opens and closes the device so many times in a row. */
+    void Storm(int instanceId, uint32_t cycles);
     /** Waits until the callback returned from every notice so far. */
     void WaitUntilDelivered();
-    /** Delivers what is left and ends the thread; a later notice begins another. */
+    /** Delivers what is left, of a storm only the cycle it is in, and ends the thread; a later
+     * notice begins another. */
     void Shutdown();
 
   private:
+    enum class Kind { kOpen, kClose, kStorm };
     struct Notice {
+        Kind kind;
         int instanceId;
-        bool opened;
+        /** Of a storm: how often it opens and closes. */
+        uint32_t cycles;
         std::weak_ptr<IAovStreamCallback> listener;
+
+        void TellOpen() const;
+        void TellClose() const;
     };
 
-    void PushLocked(int instanceId, bool opened);
+    void PushLocked(Kind kind, int instanceId, uint32_t cycles = 0);
     /** Whether the thread runs, after trying to start it. */
     bool EnsureThreadLocked();
     void Run();
-    void Deliver(const Notice& notice, std::unique_lock<std::mutex>& lock);
+    void Deliver(const Notice& notice);
+    void DeliverStorm(const Notice& notice);
+    bool Stopping();
 
     std::mutex mMutex;
     std::condition_variable mChanged;

@@ -4,32 +4,23 @@
 #include <cstdint>
 #include <span>
 
-#include "host/stream/FaceLayout.h"
+#include "host/stream/Color.h"
+#include "host/stream/Shapes.h"
 
 namespace zarvo::host {
 
-/** A colour: luma, and two chroma values around 128. */
-struct Color {
-    uint8_t y = 0, u = 128, v = 128;
-
-    /** The same colour in other light. */
-    Color Lit(float light) const;
+/** A colour whose luma may change over the shape: `color` is that of the shape's middle. */
+struct Ink {
+    Color color;
+    /** Change of luma per pixel to the right and down. */
+    float right = 0, down = 0;
 };
-
-/** An ellipse in pixels, turned clockwise by `angle` degrees. */
-struct Ellipse {
-    Point centre;
-    float halfWidth = 0, halfHeight = 0;
-    float angle = 0;
-};
-
-/** The number nearest to `value` that fits a byte. */
-uint8_t ToByte(float value);
 
 /**
  * Draws into a 4:2:0 picture: `height` rows of `width` luma bytes, then half as many rows of the
  * same length with interleaved chroma pairs. Borrows the bytes; they are at least
- * width × height × 3 / 2. Shapes may lie partly or wholly outside.
+ * width × height × 3 / 2. Shapes are in pixels and may lie partly or wholly outside; their luma
+ * is smooth at the left and right edges.
  */
 class Canvas {
   public:
@@ -37,7 +28,14 @@ class Canvas {
 
     /** Makes every pixel `color`, its luma varied by the sum of a row's and a column's share. */
     void FillShaded(Color color, std::span<const float> rowLuma, std::span<const float> columnLuma);
-    void FillEllipse(const Ellipse& ellipse, Color color);
+    void FillEllipse(const Ellipse& ellipse, const Ink& ink);
+    /** Only what lies inside both. */
+    void FillCommon(const Ellipse& ellipse, const Ellipse& frame, const Ink& ink);
+    /** Only what lies outside of `inner`, a smaller ellipse inside the outer one. */
+    void FillRing(const Ellipse& outer, const Ellipse& inner, const Ink& ink);
+    /** Corners in order; the shape is convex. */
+    void FillPolygon(std::span<const Point> corners, const Ink& ink);
+    void DrawLine(Point from, Point to, float thickness, const Ink& ink);
     /** Lines of `thickness` pixels inside the box's edge. */
     void DrawFrame(const Box& box, float thickness, Color color);
 
@@ -45,9 +43,14 @@ class Canvas {
     size_t Height() const { return mHeight; }
 
   private:
+    /** Calls fill(row) for every row of the picture between the two. */
+    template <typename Fill>
+    void EachRow(float top, float bottom, Fill fill);
     void FillBox(const Box& box, Color color);
-    /** Fills one row from `left` to `right`, cut to the picture. */
-    void FillRow(size_t row, float left, float right, Color color);
+    /** Fills one row's span, cut to the picture; `middle` is where the ink's colour holds. */
+    void FillRow(size_t row, const Span& span, const Ink& ink, Point middle);
+    void FillLuma(uint8_t* row, size_t begin, size_t end, float luma, float step);
+    void FillChroma(size_t row, size_t begin, size_t end, Color color);
 
     std::span<uint8_t> mLuma;
     std::span<uint8_t> mChroma;

@@ -1,6 +1,5 @@
 #include "host/stream/DeliveryRun.h"
 
-#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -8,8 +7,8 @@ namespace zarvo::host {
 
 using std::chrono::steady_clock;
 
-DeliveryRun::DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Render render)
-    : mPeriod(period), mRender(std::move(render)), mCallback(std::move(callback)) {}
+DeliveryRun::DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Source source)
+    : mPeriod(period), mSource(std::move(source)), mCallback(std::move(callback)) {}
 
 DeliveryRun::~DeliveryRun() {
     Stop();
@@ -17,7 +16,7 @@ DeliveryRun::~DeliveryRun() {
 }
 
 bool DeliveryRun::Launch() {
-    mDeadline = steady_clock::now() + mPeriod;
+    mDue = steady_clock::now();
     try {
         mThread = std::thread([this] { Run(); });
     } catch (const std::system_error&) {
@@ -26,15 +25,16 @@ bool DeliveryRun::Launch() {
     return true;
 }
 
-void DeliveryRun::Stop() {
+void DeliveryRun::Stop(uint32_t lateEvents) {
     const std::lock_guard lock(mMutex);
     mStopped = true;
+    mLateEvents = lateEvents;
     mChanged.notify_all();
 }
 
 bool DeliveryRun::RequestFrame() {
     const std::lock_guard lock(mMutex);
-    if (mStopped || !ByRequest()) return false;
+    if (OverLocked() || !ByRequest()) return false;
     ++mRequested;
     mChanged.notify_all();
     return true;
@@ -42,7 +42,7 @@ bool DeliveryRun::RequestFrame() {
 
 bool DeliveryRun::DeliverOne() {
     std::unique_lock lock(mMutex);
-    if (mStopped || !ByRequest()) return false;
+    if (OverLocked() || !ByRequest()) return false;
     const uint64_t mine = ++mRequested;
     mChanged.notify_all();
     mChanged.wait(lock, [&] { return mDelivered >= mine || mNoMoreFrames; });
@@ -56,7 +56,7 @@ void DeliveryRun::Join() {
 void DeliveryRun::Run() {
     const auto record = std::make_unique<aov_event>();
     while (AwaitTurn()) {
-        aov_event* const event = mRender(*record);
+        aov_event* const event = mSource.render(*record);
         if (!MayBegin()) break;
         mCallback->onCallback(event);
         NoteDelivered();
@@ -66,21 +66,31 @@ void DeliveryRun::Run() {
     mEnded.store(true);
 }
 
+DeliveryRun::Time DeliveryRun::NextDue() {
+    mDue += mPeriod;
+    const Period late = mSource.lateness();
+    // A reader that takes long misses the frames that are due meanwhile; the pace stays.
+    const auto behind = steady_clock::now() - (mDue + late);
+    if (behind > Period::zero()) mDue += (behind / mPeriod + 1) * mPeriod;
+    return mDue + late;
+}
+
 bool DeliveryRun::AwaitTurn() {
+    const Time due = ByRequest() ? Time() : NextDue();
     std::unique_lock lock(mMutex);
     if (ByRequest()) {
-        mChanged.wait(lock, [this] { return mStopped || mDelivered < mRequested; });
+        mChanged.wait(lock, [this] { return OverLocked() || mDelivered < mRequested; });
     } else {
-        mChanged.wait_until(lock, mDeadline, [this] { return mStopped; });
-        // A sensor whose reader was late drops what was due meanwhile; it does not catch up.
-        mDeadline = std::max(mDeadline + mPeriod, steady_clock::now());
+        mChanged.wait_until(lock, due, [this] { return OverLocked(); });
     }
-    return !mStopped;
+    return !OverLocked();
 }
 
 bool DeliveryRun::MayBegin() {
     const std::lock_guard lock(mMutex);
-    return !mStopped;
+    if (OverLocked()) return false;
+    if (mStopped) --mLateEvents;
+    return true;
 }
 
 void DeliveryRun::NoteDelivered() {

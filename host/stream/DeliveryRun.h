@@ -24,22 +24,30 @@ namespace zarvo::host {
  */
 class DeliveryRun {
   public:
-    /** Renders the next frame into the record and gives what is to be delivered. */
-    using Render = std::function<aov_event*(aov_event& record)>;
     /** Time between frames; zero lets frames be delivered by request. */
     using Period = std::chrono::nanoseconds;
+    /** Where the frames come from; asked by the run's thread. */
+    struct Source {
+        /** How late the next frame is; less than a period. */
+        std::function<Period()> lateness;
+        /** Renders that frame into the record and gives what is to be delivered. */
+        std::function<aov_event*(aov_event& record)> render;
+    };
 
-    DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Render render);
+    DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Source source);
     ~DeliveryRun();
     DeliveryRun(const DeliveryRun&) = delete;
     DeliveryRun& operator=(const DeliveryRun&) = delete;
 
     /** Starts the thread, once; false when there can be none. */
     bool Launch();
-    /** After its return no further callback begins. */
-    void Stop();
+    /** After its return no further callback begins, but for `lateEvents` of them: a fault. A second
+     * call says anew how many. */
+    void Stop(uint32_t lateEvents = 0);
 
-    /** Orders one more frame; false when the run is stopped or goes by the clock. */
+    /** Whether frames are delivered by request. */
+    bool ByRequest() const { return mPeriod == Period::zero(); }
+    /** Orders one more frame; false when no more will come or the run goes by the clock. */
     bool RequestFrame();
     /** The same, and waits until the callback returned; false when there was none. */
     bool DeliverOne();
@@ -50,28 +58,34 @@ class DeliveryRun {
     void Join();
 
   private:
+    using Time = std::chrono::steady_clock::time_point;
+
     void Run();
-    /** Waits until the next frame is due; false when the run is stopped. */
+    /** When the next frame is due by the clock. */
+    Time NextDue();
+    /** Waits until the next frame is due; false when there is none. */
     bool AwaitTurn();
-    /** Whether the callback may still be called. */
+    /** Whether the callback may be called once more. */
     bool MayBegin();
     void NoteDelivered();
     void NoteEnd();
-
-    bool ByRequest() const { return mPeriod == Period::zero(); }
+    bool OverLocked() const { return mStopped && mLateEvents == 0; }
 
     const Period mPeriod;
-    const Render mRender;
+    const Source mSource;
     /** Of the thread, once it runs. */
     std::shared_ptr<IAovStreamCallback> mCallback;
+    /** The same: when the latest frame was due, had it not been late. */
+    Time mDue;
 
     std::mutex mMutex;
     std::condition_variable mChanged;
     bool mStopped = false;
+    /** Callbacks that begin although the run is stopped. */
+    uint32_t mLateEvents = 0;
     bool mNoMoreFrames = false;
     uint64_t mRequested = 0;
     uint64_t mDelivered = 0;
-    std::chrono::steady_clock::time_point mDeadline;
 
     std::atomic<bool> mEnded{false};
     std::thread mThread;

@@ -3,12 +3,45 @@
 #include <array>
 
 #include "host/stream/Scene.h"
+#include "host/stream/Shapes.h"
 
 namespace zarvo::host {
 
-/** A rectangle in pixels. */
-struct Box {
-    float left = 0, top = 0, width = 0, height = 0;
+/**
+ * A head as a turned ball of the right proportions, and what lies on it. Lengths are counted in
+ * half heads: the head reaches from -1 to 1 down, and from -kWidth to kWidth to the right.
+ */
+class HeadShape {
+  public:
+    static constexpr float kWidth = 0.76F;
+    static constexpr float kDepth = 0.84F;
+
+    HeadShape(const Face& face, float pictureHeight);
+
+    /** Pixels of half a head. */
+    float Unit() const { return mUnit; }
+    /** Where a point of the unturned head is in the picture, `lift` above the surface. */
+    Point At(float right, float down, float lift = 0) const;
+    /** How much of such a point the sensor sees: 1, and less to 0 where the head hides it. */
+    float Seen(float right, float down) const;
+    /** Something flat on the surface: foreshortened where it is turned away. */
+    Ellipse Patch(Point middle, float halfWidth, float halfHeight) const;
+    /** Something beside a point of the picture, turned as the head rolls. */
+    Point Beside(Point point, float right, float down) const;
+    /** The head's outline. */
+    Ellipse Outline() const;
+
+  private:
+    /** How far a point is in front of the head's middle, as the sensor sees it. */
+    float Ahead(float right, float down, float lift) const;
+
+    Point mCentre;
+    float mUnit;
+    float mRoll;
+    struct Turn {
+        float cosine, sine;
+    };
+    Turn mYaw, mPitch, mRolled;
 };
 
 /** Where the parts of one face lie in a picture, in pixels. */
@@ -19,17 +52,13 @@ struct FaceLayout {
     Point centre;
     /** Half axes of the head. */
     float headWidth = 0, headHeight = 0;
-    /** Half width of an eye. */
-    float eyeWidth = 0;
     std::array<Point, kLandmarks> landmarks;
     Box box;
     /** The pixels around one eye, both eyes' being squares of the same size. */
     Box EyeBox(Landmark eye) const;
+    /** Where an arrow ends that leaves the eye where it looks. */
+    Point GazeEnd(Landmark eye, const Face& face) const;
 };
-
-/** A point of the head's surface as the turned head shows it: `right` and `down` from the middle
- * of the face, in half heads, before the turning. */
-Point OnFace(const Face& face, float right, float down, float pictureHeight);
 
 /** The layout of a face in a picture of the given height in pixels. A pure function. */
 FaceLayout LayOut(const Face& face, float pictureHeight);

@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "host/stream/Canvas.h"
+#include "host/stream/Random.h"
 #include "host/stream/RecordLayout.h"
 
 namespace zarvo::host {
@@ -14,6 +15,9 @@ namespace {
 
 using layout::Region;
 using Bytes = std::span<uint8_t>;
+
+/** Sets the numbers of feature vectors apart from all others of chance. */
+constexpr uint64_t kFeatures = 0x6661636573;
 
 constexpr float kDegree = std::numbers::pi_v<float> / 180;
 
@@ -62,7 +66,7 @@ struct Nearest {
 
 Nearest NearestFace(const View& view, Point place) {
     Nearest nearest;
-    for (size_t i = 0; i < view.scene.faceCount; ++i) {
+    for (size_t i = 0; i < view.scene.shownCount; ++i) {
         const FaceLayout& face = view.faces[i];
         const float right = (place.x - face.centre.x) / face.headWidth;
         const float down = (place.y - face.centre.y) / face.headHeight;
@@ -197,11 +201,12 @@ void WriteFaceFeature(const View& view, Bytes output) {
     const Face& face = view.scene.faces[0];
     Crop(view.picture, view.faces[0].box, layout::kFeatureSide, At(output, layout::kFeatureInput));
     // Who it is, in large numbers that stay; how the head is held, in small ones.
-    const uint64_t person = view.seed ^ (static_cast<uint64_t>(face.trackId) << 32U);
+    const uint64_t person = SeedOf(kFeatures, face.person);
     const Bytes vector = At(output, layout::kFeatureOutput0);
     for (size_t i = 0; i < vector.size(); ++i) {
-        const float identity = 200 * (RandomUnit(person, 2 * i) - 0.5F);
-        const float pose = face.yaw / 10 * (RandomUnit(person, 2 * i + 1) - 0.5F);
+        const float identity = 200 * (RandomUnit(person, 3 * i) - 0.5F);
+        const float pose = face.yaw / 10 * (RandomUnit(person, 3 * i + 1) - 0.5F) +
+                           face.pitch / 10 * (RandomUnit(person, 3 * i + 2) - 0.5F);
         vector[i] = ToByte(128 + identity + pose);
     }
     std::ranges::copy(vector, At(output, layout::kFeatureResult).begin());

@@ -19,9 +19,8 @@ struct LumaView {
 
 /** One moment of the scene with its picture: what every block of a record tells. */
 struct View {
-    uint64_t seed = 0;
     Scene scene;
-    /** One for each face of the scene. */
+    /** One for each face that is shown. */
     std::array<FaceLayout, Scene::kMaxFaces> faces;
     LumaView picture;
 

@@ -7,7 +7,13 @@
 /**
  * Where the simulated stream puts each block in a record's `output`. This is the sending side's
  * own copy of the layout: the receiving side has its own, so that a wrong number on either side
- * shows. `[f]` below is a float, `[b]` a byte.
+ * shows.
+ *
+ * What the numbers mean is this simulator's own. `[f]` below is a float, `[b]` a byte. Right and
+ * down are the picture's. A face is one that the detector counts: its middle is well inside the
+ * picture, and its likelihood, which falls smoothly to 0 at the picture's edge and is less for a
+ * face that is turned away, is at least 0.5. The faces are in the order in which they came; the
+ * first one stays the first until it leaves. Without a face the blocks that speak of one are zero.
  */
 namespace zarvo::host::layout {
 
@@ -17,10 +23,11 @@ struct Region {
 };
 
 // The detector, in every record: a luma picture of 288 × 288, then for grids of 72, 36 and 18
-// cells a side how likely a face is in each cell [b], then 16 [b] per cell of the same grids:
-// distances to the face's left, top, right and bottom edge, right and down to each of the five
-// landmarks, likelihood, track id. Distances are 128 + 127 × pictures' heights. Then the number
-// of faces, u32.
+// cells a side, row by row, how likely a face is in each cell [b], 255 for certain; then 16 [b] per
+// cell of the same grids: distances to the face's left, top, right and bottom edge, right and down
+// to each of the five landmarks, likelihood, the last 8 bits of the track id; zero where no face
+// is. Distances are 128 + 127 × picture heights. Then the number of faces, u32. The grids also
+// show, fainter, who is at the picture's edge and not counted yet.
 inline constexpr size_t kDetectorSide = 288;
 inline constexpr size_t kBytesPerCell = 16;
 inline constexpr Region kDetectorInput{0, 82'944};
@@ -32,10 +39,12 @@ inline constexpr Region kDetectorOutput4{173'312, 20'736};
 inline constexpr Region kDetectorOutput5{194'048, 5'184};
 inline constexpr Region kDetectorOutput6{199'424, 4};
 
-// Fusion: u32 count, rotation of the sensor [f] in degrees, then 30 items of 80 bytes: i32 track
-// id; left, top, width, height of the box [f]; likelihood [f]; x and y of left eye, right eye,
-// nose, left and right corner of the mouth [f]; yaw, pitch, roll [f] in degrees; openness of the
-// eyes [f], 0 to 1. Places are in pixels of the frame.
+// Fusion: u32 count of faces, how far the scene is turned clockwise in the picture [f] in degrees,
+// then 30 items of 80 bytes, zero beyond the count: i32 track id, a new one for each visit; left,
+// top, width, height of the head's box [f], which may reach beyond the frame; likelihood [f]; x and
+// y of left eye, right eye, nose, left and right corner of the mouth [f]; yaw to the right, pitch
+// down, roll clockwise [f] in degrees, zero for a face that faces the sensor; openness of the eyes
+// [f], 0 to 1. Places are in pixels of the frame.
 inline constexpr Region kFusion{199'680, 2'408};
 inline constexpr size_t kFusionHeader = 8;
 inline constexpr size_t kFusionItem = 80;
@@ -46,7 +55,8 @@ inline constexpr Region kEyes{202'240, 6'272};
 
 // Gaze of the first face: yaw, pitch (128 + degrees), openness, likelihood [b]; openness of each
 // eye [b]; then the result: direction right, down, towards the sensor as a unit vector, yaw and
-// pitch in degrees, openness [f].
+// pitch in degrees, openness [f]. Counted as the head's angles are, and not from the head: zero
+// for eyes that look at the sensor, however the head is held.
 inline constexpr Region kGazeOutput0{208'640, 4};
 inline constexpr Region kGazeOutput1{208'896, 2};
 inline constexpr Region kGazeResult{209'152, 24};
@@ -64,7 +74,8 @@ inline constexpr Region kAngleOutput4{214'528, 10};
 inline constexpr Region kAngleResult{214'784, 56};
 
 // Feature of the first face: 112 × 112 luma; the vector as the network gives it [b], around 128;
-// the same vector as the result.
+// the same vector as the result. It is the person's: nearly the same in every visit and of every
+// seed, a few units off with the turning of the head; two persons' numbers differ by tens.
 inline constexpr size_t kFeatureSide = 112;
 inline constexpr Region kFeatureInput{215'040, 12'544};
 inline constexpr Region kFeatureOutput0{227'584, 128};

@@ -43,8 +43,8 @@ void WriteImages(const RenderConfig& config, const Scene& scene, aov_event& even
 }
 
 View ViewOf(const RenderConfig& config, const Scene& scene, const aov_image_info& image) {
-    View view{.seed = config.seed, .scene = scene, .faces = {}, .picture = {}};
-    for (size_t i = 0; i < scene.faceCount; ++i)
+    View view{.scene = scene, .faces = {}, .picture = {}};
+    for (size_t i = 0; i < scene.shownCount; ++i)
         view.faces[i] = LayOut(scene.faces[i], static_cast<float>(config.height));
     view.picture = {image.pixels, image.stride, image.height};
     return view;
@@ -63,7 +63,7 @@ void RenderScene(const RenderConfig& config, uint32_t frame, aov_event& event) {
     std::memset(&event, 0, sizeof(event));
     const double seconds = static_cast<double>(frame) / config.frameRate;
     const float aspect = static_cast<float>(config.width) / static_cast<float>(config.height);
-    const Scene scene = SceneAt(config.seed, seconds, aspect);
+    const Scene scene = SceneAt(config.cast, config.seed, seconds, aspect);
     WriteHeader(config, frame, event);
     WriteImages(config, scene, event);
     const View view = ViewOf(config, scene, event.imageInfo);

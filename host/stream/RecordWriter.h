@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "host/stream/Cast.h"
 #include "host/stream/SimulatorControl.h"
 #include "platform/mtkcam/aov_event.h"
 
@@ -10,6 +11,7 @@ namespace zarvo::host {
 /** What a record is rendered for. */
 struct RenderConfig {
     uint64_t seed = 0;
+    Cast cast = Cast::kStory;
     /** Pixels, at least 1 each; FitsRecord() holds. */
     int32_t width = 0, height = 0;
     /** Frames per second, at least 1. */

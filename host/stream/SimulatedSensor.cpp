@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <thread>
 #include <utility>
 
+#include "host/stream/Lateness.h"
 #include "host/stream/SensorTable.h"
 
 namespace zarvo::host {
@@ -70,91 +72,17 @@ bool SimulatedSensor::notifyCameraStatus(const std::vector<int>& sensorIds, bool
 }
 
 bool SimulatedSensor::stop() {
+    std::unique_lock lock(mMutex);
+    const std::chrono::milliseconds delay = mStopDelay;
+    lock.unlock();
+    std::this_thread::sleep_for(delay);
     if (callFaults.stop.ShouldFail()) return false;
-    const std::lock_guard lock(mMutex);
+    lock.lock();
     if (mRun == nullptr) return false;
-    mRun->Stop();
+    mRun->Stop(mEventsAfterStop);
     mStoppedRuns.push_back(std::exchange(mRun, nullptr));
     ReapLocked();
     return true;
-}
-
-void SimulatedSensor::SetNoStream(bool none) {
-    const std::lock_guard lock(mMutex);
-    mNoStream = none;
-}
-
-void SimulatedSensor::SetSensors(std::vector<SensorDescription> sensors) {
-    const std::lock_guard lock(mMutex);
-    mSensors = std::move(sensors);
-}
-
-void SimulatedSensor::SetSeed(uint64_t seed) {
-    const std::lock_guard lock(mMutex);
-    mSeed = seed;
-    mNextFrame = 0;
-}
-
-void SimulatedSensor::SetManualDelivery(bool manual) {
-    const std::lock_guard lock(mMutex);
-    mManualDelivery = manual;
-}
-
-void SimulatedSensor::SetRecordFaults(const RecordFaults& faults) {
-    const std::lock_guard lock(mMutex);
-    mRecordFaults = faults;
-}
-
-bool SimulatedSensor::RequestFrame() {
-    const std::shared_ptr<DeliveryRun> run = CurrentRun();
-    return run != nullptr && run->RequestFrame();
-}
-
-bool SimulatedSensor::DeliverOne() {
-    const std::shared_ptr<DeliveryRun> run = CurrentRun();
-    return run != nullptr && run->DeliverOne();
-}
-
-void SimulatedSensor::OpenCamera(int instanceId) {
-    mNotices.Open(instanceId);
-}
-
-void SimulatedSensor::CloseCamera(int instanceId) {
-    mNotices.Close(instanceId);
-}
-
-void SimulatedSensor::WaitForCameraNotices() {
-    mNotices.WaitUntilDelivered();
-}
-
-std::vector<CameraStatus> SimulatedSensor::CameraStatusCalls() const {
-    const std::lock_guard lock(mMutex);
-    return {mCameraStatusCalls.begin(), mCameraStatusCalls.end()};
-}
-
-bool SimulatedSensor::Running() const {
-    const std::lock_guard lock(mMutex);
-    return mRun != nullptr;
-}
-
-void SimulatedSensor::Shutdown() {
-    // Notices first: a camera that opened may want to stop the stream itself.
-    mNotices.Shutdown();
-    std::list<std::shared_ptr<DeliveryRun>> runs;
-    {
-        const std::lock_guard lock(mMutex);
-        if (mRun != nullptr) mStoppedRuns.push_back(std::exchange(mRun, nullptr));
-        runs.swap(mStoppedRuns);
-    }
-    for (const auto& run : runs)
-        run->Stop();
-    for (const auto& run : runs)
-        run->Join();
-}
-
-IAOVStream* SimulatedSensor::AsStream() {
-    const std::lock_guard lock(mMutex);
-    return mNoStream ? nullptr : this;
 }
 
 void SimulatedSensor::Close() {
@@ -163,6 +91,11 @@ void SimulatedSensor::Close() {
         mClosed = true;
     }
     Shutdown();
+}
+
+IAOVStream* SimulatedSensor::AsStream() {
+    const std::lock_guard lock(mMutex);
+    return mNoStream ? nullptr : this;
 }
 
 const SensorDescription* SimulatedSensor::FindSensorLocked(int sensorId) const {
@@ -183,33 +116,44 @@ const char* SimulatedSensor::StartFaultLocked(const user_param* param) const {
 }
 
 std::shared_ptr<DeliveryRun> SimulatedSensor::NewRunLocked(const user_param& param) {
-    const RenderConfig config{.seed = mSeed,
-                              .width = param.frameWidth,
+    const RenderConfig config{.width = param.frameWidth,
                               .height = param.frameHeight,
                               .frameRate = param.frameRate,
                               .serviceTypes = param.serviceType};
     const auto period = mManualDelivery
                                 ? DeliveryRun::Period::zero()
                                 : DeliveryRun::Period(std::chrono::seconds(1)) / param.frameRate;
-    auto run = std::make_shared<DeliveryRun>(
-            period, param.AovStreamCallback,
-            [this, config](aov_event& record) { return RenderNext(config, record); });
-    return run->Launch() ? run : nullptr;
+    DeliveryRun::Source source{
+            [this, period] { return LatenessOfNext(period); },
+            [this, config](aov_event& record) { return RenderNext(config, record); }};
+    auto run = std::make_shared<DeliveryRun>(period, param.AovStreamCallback, std::move(source));
+    if (!run->Launch()) return nullptr;
+    for (const auto& stopped : mStoppedRuns)
+        if (stopped->ByRequest()) stopped->Stop();
+    return run;
 }
 
-std::shared_ptr<DeliveryRun> SimulatedSensor::CurrentRun() const {
+std::shared_ptr<DeliveryRun> SimulatedSensor::CommandedRun() const {
     const std::lock_guard lock(mMutex);
-    return mRun;
+    if (mRun != nullptr || mStoppedRuns.empty()) return mRun;
+    return mStoppedRuns.back();
 }
 
 void SimulatedSensor::ReapLocked() {
     mStoppedRuns.remove_if([](const auto& run) { return run->Ended(); });
 }
 
-aov_event* SimulatedSensor::RenderNext(const RenderConfig& config, aov_event& record) {
+DeliveryRun::Period SimulatedSensor::LatenessOfNext(DeliveryRun::Period period) const {
+    const std::lock_guard lock(mMutex);
+    return LatenessOf({mSeed, mJitter}, mNextFrame, period);
+}
+
+aov_event* SimulatedSensor::RenderNext(RenderConfig config, aov_event& record) {
     std::unique_lock lock(mMutex);
+    config.seed = mSeed;
+    config.cast = mCast;
     const uint32_t frame = mNextFrame++;
-    const RecordFaults faults = mRecordFaults;
+    const RecordFaults faults = mRecordFaultPoint.ShouldFail() ? mRecordFaults : RecordFaults{};
     lock.unlock();
     RenderScene(config, frame, record);
     ApplyFaults(faults, record);

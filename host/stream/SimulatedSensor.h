@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <list>
 #include <memory>
@@ -37,15 +38,21 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     /** False when no stream runs. */
     bool stop() override;
 
-    void SetNoStream(bool none) override;
-    void SetSensors(std::vector<SensorDescription> sensors) override;
+    // The knobs are in SimulatorKnobs.cpp.
     void SetSeed(uint64_t seed) override;
+    void SetCast(Cast cast) override;
+    void SetSensors(std::vector<SensorDescription> sensors) override;
+    void SetJitter(float fraction) override;
     void SetManualDelivery(bool manual) override;
-    void SetRecordFaults(const RecordFaults& faults) override;
     bool RequestFrame() override;
     bool DeliverOne() override;
+    void SetNoStream(bool none) override;
+    void SetRecordFaults(const RecordFaults& faults, uint64_t first, uint64_t count) override;
+    void SetEventsAfterStop(uint32_t count) override;
+    void SetStopDelay(std::chrono::milliseconds delay) override;
     void OpenCamera(int instanceId) override;
     void CloseCamera(int instanceId) override;
+    void StormCamera(int instanceId, uint32_t cycles) override;
     void WaitForCameraNotices() override;
     std::vector<CameraStatus> CameraStatusCalls() const override;
     bool Running() const override;
@@ -61,19 +68,26 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     /** Why this cannot be started; null when it can. */
     const char* StartFaultLocked(const user_param* param) const;
     std::shared_ptr<DeliveryRun> NewRunLocked(const user_param& param);
-    std::shared_ptr<DeliveryRun> CurrentRun() const;
+    /** The run that delivers by command, be it a stopped one. */
+    std::shared_ptr<DeliveryRun> CommandedRun() const;
     /** Forgets the stopped runs whose threads have ended. */
     void ReapLocked();
-    aov_event* RenderNext(const RenderConfig& config, aov_event& record);
+    DeliveryRun::Period LatenessOfNext(DeliveryRun::Period period) const;
+    aov_event* RenderNext(RenderConfig config, aov_event& record);
 
     mutable std::mutex mMutex;
     std::vector<SensorDescription> mSensors;
     uint64_t mSeed = 1;
+    Cast mCast = Cast::kStory;
     /** Counts on from start to start, as the frame counter of a sensor does. */
     uint32_t mNextFrame = 0;
-    RecordFaults mRecordFaults;
-    bool mNoStream = false;
+    float mJitter = 0;
     bool mManualDelivery = false;
+    bool mNoStream = false;
+    RecordFaults mRecordFaults;
+    FaultPoint mRecordFaultPoint;
+    uint32_t mEventsAfterStop = 0;
+    std::chrono::milliseconds mStopDelay{0};
     bool mClosed = false;
     std::deque<CameraStatus> mCameraStatusCalls;
     std::shared_ptr<DeliveryRun> mRun;

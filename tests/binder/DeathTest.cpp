@@ -147,58 +147,60 @@ TEST_F(DeathTest, UnlinkWhileDyingSaysSo) {
 }
 
 TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
+    ASSERT_EQ(Visit(SharedRefBase::make<Peer>()), STATUS_OK);
+    SpAIBinder visitor = mPeer->visitor->asBinder();
+    ASSERT_EQ(LinkTo(visitor.get(), &mWatch), STATUS_OK);
+    ASSERT_EQ(LinkTo(visitor.get(), &mWatch), STATUS_OK);
     mRecipient.set(nullptr);
     EXPECT_EQ(mWatch.unlinked, 2);
     SetRecipient();
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    mProxy.reset();
-    mRoot.set(nullptr);
+    ASSERT_EQ(LinkTo(visitor.get(), &mWatch), STATUS_OK);
+    visitor.set(nullptr);
+    mPeer->visitor.reset();
     EXPECT_EQ(mWatch.unlinked, 3);
     KillAndWait();
     EXPECT_EQ(mWatch.died, 0);
 }
 
-TEST_F(DeathTest, CallInFlightComesBackDeadWhenItsHandlerReturns) {
+TEST_F(DeathTest, CallInFlightComesBackDeadWhileItsHandlerRuns) {
     Gate gate;
-    bool left = false;
     mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
         gate.Pass();
-        left = true;
         return ScopedAStatus::ok();
     };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
     std::thread killer([&] {
         gate.entered.get_future().wait();
         KillAndWait();
-        EXPECT_EQ(mWatch.died, 1);
-        gate.goOn.set_value();
     });
     EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
-    EXPECT_TRUE(left);
     killer.join();
+    EXPECT_EQ(mWatch.died, 1);
+    gate.goOn.set_value();
 }
 
 TEST_F(DeathTest, HandlerMayKillItsOwnConnection) {
-    mPeer->onVisit = [this](const auto& visitor, int32_t, std::string* text) {
-        mLoopback->Kill();
+    std::promise<void> left;
+    mPeer->onVisit = [&](const auto& visitor, int32_t, std::string* text) {
+        KillAndWait();
         EXPECT_EQ(visitor->visit(nullptr, 0, text).getStatus(), STATUS_DEAD_OBJECT);
-        mLoopback->WaitForNotices();
+        left.set_value();
         return ScopedAStatus::ok();
     };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
     EXPECT_EQ(Visit(SharedRefBase::make<Peer>()), STATUS_DEAD_OBJECT);
+    left.get_future().wait();
     EXPECT_EQ(mWatch.died, 1);
     EXPECT_NE(mWatch.thread, std::this_thread::get_id());
 }
 
 TEST_F(DeathTest, KillLetsGoWhatItHeldForTheOtherEnd) {
-    bool ended = false;
+    std::atomic<bool> ended{false};
     mPeer->onEnd = [&ended] { ended = true; };
     mPeer.reset();
     EXPECT_EQ(Visit(), STATUS_OK);
-    mLoopback->Kill();
+    KillAndWait();
+    mLoopback.reset();
     EXPECT_TRUE(ended);
 }
 
@@ -292,6 +294,8 @@ TEST_F(DeathTest, CallsLinksAndDropsRaceAgainstKill) {
         mLoopback->WaitForNotices();
         EXPECT_EQ(mWatch.unlinked, linked);
         mWatch.unlinked = 0;
+        // Handlers may still be inside.
+        mLoopback.reset();
     }
 }
 

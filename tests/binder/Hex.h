@@ -3,26 +3,31 @@
 #include <android/binder_auto_utils.h>
 
 #include <cstdio>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace tests {
 
-/** A parcel with the bytes of this hexadecimal text, spaces allowed. */
-inline ndk::ScopedAParcel ParcelOf(std::string hex) {
+/** The bytes of a hexadecimal text, spaces allowed. */
+inline std::vector<uint8_t> BytesOf(std::string hex) {
     std::erase(hex, ' ');
     std::vector<uint8_t> bytes;
     for (size_t i = 0; i < hex.size(); i += 2)
         bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+/** A parcel with these bytes. */
+inline ndk::ScopedAParcel ParcelOf(const std::string& hex) {
+    const std::vector<uint8_t> bytes = BytesOf(hex);
     ndk::ScopedAParcel parcel(AParcel_create());
     AParcel_unmarshal(parcel.get(), bytes.data(), bytes.size());
     return parcel;
 }
 
-/** All bytes of a parcel, without spaces. */
-inline std::string Hex(const AParcel* parcel) {
-    std::vector<uint8_t> bytes(static_cast<size_t>(AParcel_getDataSize(parcel)));
-    if (AParcel_marshal(parcel, bytes.data(), 0, bytes.size()) != STATUS_OK) return "no bytes";
+/** The bytes as text, without spaces. */
+inline std::string Hex(std::span<const uint8_t> bytes) {
     std::string hex;
     for (const uint8_t byte : bytes) {
         char digits[3];
@@ -30,6 +35,13 @@ inline std::string Hex(const AParcel* parcel) {
         hex += digits;
     }
     return hex;
+}
+
+/** All bytes of a parcel. */
+inline std::string Hex(const AParcel* parcel) {
+    std::vector<uint8_t> bytes(static_cast<size_t>(AParcel_getDataSize(parcel)));
+    if (AParcel_marshal(parcel, bytes.data(), 0, bytes.size()) != STATUS_OK) return "no bytes";
+    return Hex(bytes);
 }
 
 }  // namespace tests

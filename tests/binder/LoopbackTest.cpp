@@ -24,21 +24,26 @@ TEST_F(LoopbackTest, LocalRootIsOneRemoteObjectAsLongAsAnyoneHoldsIt) {
     EXPECT_EQ(Loopback::Connect(nullptr), nullptr);
 }
 
-TEST_F(LoopbackTest, CallsGoToAnyDepthOnTheCallersThread) {
-    const auto home = std::this_thread::get_id();
+TEST_F(LoopbackTest, CallsBackArriveOnTheThreadThatWaits) {
     const auto visitor = SharedRefBase::make<Peer>();
-    visitor->onVisit = [home](const auto& other, int32_t number, std::string* text) {
-        EXPECT_EQ(std::this_thread::get_id(), home);
-        if (number > 0) return other->visit(other, number - 1, text);
-        *text = "end";
-        return ScopedAStatus::ok();
+    const auto passOn = [](const std::shared_ptr<IPeer>& to) {
+        // Both threads are known after the first call of each.
+        return [to, home = std::thread::id()](const auto& other, int32_t number,
+                                              std::string* text) mutable {
+            if (home == std::thread::id()) home = std::this_thread::get_id();
+            EXPECT_EQ(std::this_thread::get_id(), home);
+            if (number > 0) return (to ? to : other)->visit(other, number - 1, text);
+            *text = "end";
+            return ScopedAStatus::ok();
+        };
     };
-    mPeer->onVisit = visitor->onVisit;
+    mPeer->onVisit = passOn(nullptr);
+    visitor->onVisit = passOn(mProxy);
     std::string text;
     EXPECT_TRUE(mProxy->visit(visitor, 10, &text).isOk());
     EXPECT_EQ(text, "end");
-    EXPECT_EQ(mPeer->visits, 1);
-    EXPECT_EQ(visitor->visits, 10);
+    EXPECT_EQ(mPeer->visits, 6);
+    EXPECT_EQ(visitor->visits, 5);
 }
 
 TEST_F(LoopbackTest, ErrorsOfMethodsReachTheCaller) {
@@ -78,9 +83,10 @@ TEST_F(LoopbackTest, ProxyOfOneConnectionCannotPassAnother) {
 TEST_F(LoopbackTest, ObjectLivesUntilTheLastProxyAndTheLastUnsentParcelGo) {
     for (const bool parcelFirst : {true, false}) {
         SCOPED_TRACE(parcelFirst);
-        bool ended = false;
+        std::promise<void> ended;
+        auto end = ended.get_future();
         auto visitor = SharedRefBase::make<Peer>();
-        visitor->onEnd = [&ended] { ended = true; };
+        visitor->onEnd = [&ended] { ended.set_value(); };
         for (int i = 0; i < 3; ++i)
             EXPECT_EQ(Visit(visitor), STATUS_OK);
         ScopedAParcel in;
@@ -88,9 +94,10 @@ TEST_F(LoopbackTest, ObjectLivesUntilTheLastProxyAndTheLastUnsentParcelGo) {
         ASSERT_EQ(IPeer::writeToParcel(in.get(), visitor), STATUS_OK);
         visitor.reset();
         parcelFirst ? in.set(nullptr) : mPeer->visitor.reset();
-        EXPECT_FALSE(ended);
+        AIBinder_ping(mRoot.get());
+        EXPECT_EQ(end.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
         parcelFirst ? mPeer->visitor.reset() : in.set(nullptr);
-        EXPECT_TRUE(ended);
+        end.wait();
     }
 }
 

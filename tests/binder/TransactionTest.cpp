@@ -114,10 +114,10 @@ TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
     ASSERT_NE(mPeer->visitor, nullptr);
     EXPECT_EQ(mPeer->visitor->isRemote(), GetParam());
 
-    // The same bytes, written as numbers, name nothing.
+    // Bytes that are no address name nothing.
     in = Prepare();
     AParcel_writeInt32(in.get(), 1);
-    AParcel_writeUint64(in.get(), 1);
+    AParcel_writeUint64(in.get(), 4);
     AParcel_writeInt32(in.get(), 12);
     AParcel_writeInt32(in.get(), 5);
     EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_VALUE);

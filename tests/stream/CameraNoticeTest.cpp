@@ -85,5 +85,25 @@ TEST_F(CameraNoticeTest, AreAllDeliveredBeforeShutdownReturnsAndComeAgainAfterIt
     EXPECT_EQ(mListener->Notices().back(), "close 3");
 }
 
+TEST_F(CameraNoticeTest, ComeInAStormThatEndsClosedAndThatShutdownCutsShort) {
+    ASSERT_TRUE(Start(mListener));
+    mControl.StormCamera(2, 3);
+    mControl.OpenCamera(1);
+    mControl.WaitForCameraNotices();
+    Notices expected;
+    for (int cycle = 0; cycle < 3; ++cycle)
+        expected.insert(expected.end(), {"open 2", "close 2"});
+    expected.push_back("open 1");
+    EXPECT_EQ(mListener->Notices(), expected);
+    mControl.CloseCamera(1);
+    mControl.StormCamera(2, UINT32_MAX);
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Notices().back().substr(0, 5), "close");
+    const auto newcomer = std::make_shared<StreamListener>();
+    ASSERT_TRUE(Start(newcomer));
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(newcomer->Notices(), Notices{});
+}
+
 }  // namespace
 }  // namespace zarvo::host

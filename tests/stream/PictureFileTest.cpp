@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
 
 #include "tests/stream/StreamListener.h"
@@ -10,41 +11,72 @@
 namespace zarvo::host {
 namespace {
 
-/** The image in full colour, three bytes per pixel. */
-std::string ToRgb(const aov_image_info& image) {
-    std::string rgb;
-    const uint8_t* chroma = image.pixels + size_t{image.stride} * image.height;
-    for (size_t row = 0; row < image.height; ++row) {
-        for (size_t column = 0; column < image.stride; ++column) {
-            const double luma = image.pixels[row * image.stride + column];
-            const uint8_t* pair = chroma + row / 2 * image.stride + column / 2 * 2;
-            const double u = pair[0] - 128.0, v = pair[1] - 128.0;
-            for (const double channel :
-                 {luma + 1.402 * v, luma - 0.344 * u - 0.714 * v, luma + 1.772 * u})
-                rgb += static_cast<char>(static_cast<uint8_t>(std::clamp(channel + 0.5, 0., 255.)));
-        }
-    }
-    return rgb;
-}
+/** Three bytes per pixel: red, green and blue. */
+struct RgbPicture {
+    RgbPicture(size_t columns, size_t rows) : width(columns), bytes(columns * rows * 3, '\0') {}
 
-/** Writes a picture for people to look at, and gives the size of its file. */
+    /** Copies an image in full colour to a place, every `step`th pixel of every `step`th row. */
+    void Paste(const aov_image_info& image, size_t left, size_t top, size_t step = 1) {
+        for (size_t row = 0; row < image.height; row += step)
+            for (size_t column = 0; column < image.stride; column += step)
+                Put(image, row, column, ((top + row / step) * width + left + column / step) * 3);
+    }
+    /** Writes it for people to look at, and gives the size of the file. */
+    uintmax_t Write(const std::string& name) const {
+        const auto path = std::filesystem::path(AON_PICTURE_DIR) / (name + ".ppm");
+        std::ofstream(path, std::ios::binary)
+                << "P6\n"
+                << width << " " << bytes.size() / 3 / width << "\n255\n"
+                << bytes;
+        return std::filesystem::file_size(path);
+    }
+
+    size_t width;
+    std::string bytes;
+
+  private:
+    void Put(const aov_image_info& image, size_t row, size_t column, size_t at) {
+        const uint8_t* chroma = image.pixels + size_t{image.stride} * image.height;
+        const uint8_t* pair = chroma + row / 2 * image.stride + column / 2 * 2;
+        const double y = image.pixels[row * image.stride + column];
+        const double u = pair[0] - 128.0, v = pair[1] - 128.0;
+        for (const double channel : {y + 1.402 * v, y - 0.344 * u - 0.714 * v, y + 1.772 * u})
+            bytes[at++] =
+                    static_cast<char>(static_cast<uint8_t>(std::clamp(channel + 0.5, 0., 255.)));
+    }
+};
+
 uintmax_t Write(const aov_image_info& image, const std::string& name) {
-    const std::filesystem::path path = std::filesystem::path(AON_PICTURE_DIR) / (name + ".ppm");
-    std::ofstream(path, std::ios::binary) << "P6\n"
-                                          << image.stride << " " << image.height << "\n255\n"
-                                          << ToRgb(image);
-    return std::filesystem::file_size(path);
+    RgbPicture picture(image.stride, image.height);
+    picture.Paste(image, 0, 0);
+    return picture.Write(name);
 }
 
 TEST_F(StreamTest, ADeliveredImageBecomesAPictureFile) {
     mListener->inEvent = [](const aov_event* event) {
-        const std::string name = "frame" + std::to_string(event->frame_id);
-        EXPECT_EQ(Write(event->imageInfo, name), 15u + 640u * 480u * 3u);
-        EXPECT_EQ(Write(event->debugImageInfo, name + "-debug"), 15u + 640u * 480u * 3u);
+        EXPECT_EQ(Write(event->imageInfo, "frame"), 15u + 640u * 480u * 3u);
+        EXPECT_EQ(Write(event->debugImageInfo, "frame-debug"), 15u + 640u * 480u * 3u);
+    };
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+}
+
+TEST_F(StreamTest, AMinuteOfTheSceneBecomesASheetOfPictures) {
+    constexpr size_t kStep = 2, kWidth = 640 / kStep, kHeight = 480 / kStep, kColumns = 4;
+    RgbPicture sheet(kColumns * kWidth, 3 * kHeight);
+    std::set<uint32_t> faceCounts;
+    mListener->inEvent = [&](const aov_event* event) {
+        // At 1 frame per second, every fifth one.
+        if (event->frame_id % 5 != 0) return;
+        const size_t place = event->frame_id / 5;
+        sheet.Paste(event->imageInfo, place % kColumns * kWidth, place / kColumns * kHeight, kStep);
+        faceCounts.insert(event->output[199'424]);
     };
     ASSERT_TRUE(Start(mListener, 1));
-    for (int i = 0; i < 4; ++i)
+    for (int frame = 0; frame < 60; ++frame)
         EXPECT_TRUE(mControl.DeliverOne());
+    sheet.Write("scene");
+    EXPECT_EQ(faceCounts, (std::set<uint32_t>{0, 1, 2}));
 }
 
 }  // namespace

@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <set>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "host/stream/RecordWriter.h"
+#include "host/stream/Scene.h"
 
 namespace zarvo::host {
 namespace {
@@ -38,12 +42,22 @@ struct Record : std::vector<uint8_t> {
     }
 };
 
-TEST(SimulatedRecord, DependsOnSeedAndFrameAlone) {
+TEST(SimulatedRecord, IsTheSameHoweverOftenWhereAndInWhichOrderItIsRendered) {
+    const std::vector<uint32_t> frames{0, 1, 40, 150, 4'000'000'000U};
+    std::vector<Record> forwards, backwards;
+    std::thread other([&] {
+        for (const uint32_t frame : frames)
+            forwards.emplace_back(kConfig, frame);
+    });
+    for (const uint32_t frame : std::vector(frames.rbegin(), frames.rend()))
+        backwards.emplace_back(kConfig, frame);
+    other.join();
+    std::ranges::reverse(backwards);
+    EXPECT_TRUE(forwards == backwards);
+    EXPECT_FALSE(forwards[0] == forwards[1]);
     RenderConfig otherSeed = kConfig;
     otherSeed.seed = 8;
-    EXPECT_TRUE(Record(kConfig, 3) == Record(kConfig, 3));
-    EXPECT_FALSE(Record(kConfig, 3) == Record(kConfig, 4));
-    EXPECT_FALSE(Record(kConfig, 3) == Record(otherSeed, 3));
+    EXPECT_FALSE(Record(otherSeed) == Record(kConfig));
 }
 
 TEST(SimulatedRecord, CarriesFrameAndImageHeaders) {
@@ -87,62 +101,148 @@ TEST(SimulatedRecord, FillsTheRegionsOfTheStartedServicesAndNoOther) {
     }
 }
 
-TEST(SimulatedRecord, TellsOneStoryInEveryBlock) {
-    const Record record(kConfig);
-    constexpr size_t kItem = kOutput + 199'680 + 8;
-    constexpr size_t kAngle = kOutput + 214'784;
-    constexpr size_t kGaze = kOutput + 209'152;
+constexpr size_t kItem = kOutput + 199'680 + 8;
+constexpr size_t kAngle = kOutput + 214'784;
+constexpr size_t kGaze = kOutput + 209'152;
+constexpr size_t kFeature = kOutput + 227'840;
 
-    EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 1u);
+RenderConfig With(Cast cast) {
+    RenderConfig config = kConfig;
+    config.cast = cast;
+    return config;
+}
+
+/** How far two feature vectors are apart, in the mean of their numbers. */
+double Apart(const Record& one, const Record& other) {
+    double sum = 0;
+    for (size_t i = kFeature; i < kFeature + 128; ++i)
+        sum += std::abs(one[i] - other[i]);
+    return sum / 128;
+}
+
+TEST(SimulatedRecord, TellsOfEveryFaceInItsFusionItem) {
+    const Record record(With(Cast::kTwo));
+    EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 2u);
+    EXPECT_EQ(record.At<uint32_t>(kOutput + 199'424), 2u);
     EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
-    EXPECT_EQ(record.At<int32_t>(kItem), 1);
-    const float left = record.Number(kItem + 4), top = record.Number(kItem + 8);
-    const float right = left + record.Number(kItem + 12), bottom = top + record.Number(kItem + 16);
-    EXPECT_TRUE(0 < left && left < right && right < 640 && 0 < top && top < bottom && bottom < 480);
-    for (size_t i = 0; i < 5; ++i) {
-        const float x = record.Number(kItem + 24 + 8 * i), y = record.Number(kItem + 28 + 8 * i);
-        EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
-        EXPECT_EQ(record.Number(kAngle + 16 + 8 * i), x);
-        EXPECT_EQ(record.Number(kAngle + 20 + 8 * i), y);
+    float before = 0;
+    for (const size_t item : {kItem, kItem + 80}) {
+        EXPECT_EQ(record.At<int32_t>(item), item == kItem ? 1 : 2);
+        const float left = record.Number(item + 4), top = record.Number(item + 8);
+        const float right = left + record.Number(item + 12);
+        const float bottom = top + record.Number(item + 16);
+        EXPECT_TRUE(before < left && left < right && right < 640);
+        EXPECT_TRUE(0 < top && top < bottom && bottom < 480);
+        EXPECT_TRUE(0.5F < record.Number(item + 20) && record.Number(item + 20) < 1);
+        for (size_t i = 0; i < 5; ++i) {
+            const float x = record.Number(item + 24 + 8 * i), y = record.Number(item + 28 + 8 * i);
+            EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
+        }
+        before = right;
     }
+    EXPECT_TRUE(record.IsZero(kItem + 160, 28 * 80));
+}
+
+TEST(SimulatedRecord, SpeaksOfTheFirstFaceInEveryBlock) {
+    const Record record(With(Cast::kTwo));
+    for (size_t i = 0; i < 10; ++i)
+        EXPECT_EQ(record.Number(kAngle + 16 + 4 * i), record.Number(kItem + 24 + 4 * i)) << i;
     for (size_t i = 0; i < 3; ++i)
         EXPECT_EQ(record.Number(kAngle + 4 * i), record.Number(kItem + 64 + 4 * i)) << i;
+    EXPECT_EQ(record.Number(kAngle + 12), record.Number(kItem + 20));
     EXPECT_EQ(record.Number(kGaze + 20), record.Number(kItem + 76));
-    EXPECT_NEAR(
-            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8)), 1,
-            1e-5);
+    const float length =
+            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8));
+    EXPECT_NEAR(length, 1, 1e-5);
+    EXPECT_NEAR(record.Number(kGaze),
+                std::sin(record.Number(kGaze + 12) * M_PI / 180) *
+                        std::cos(record.Number(kGaze + 16) * M_PI / 180),
+                1e-5);
     EXPECT_EQ(record.At<uint8_t>(kOutput + 213'504),
               static_cast<uint8_t>(std::floor(128.5F + record.Number(kAngle))));
     const uint8_t* output = record.data() + kOutput;
     EXPECT_TRUE(std::equal(output + 227'584, output + 227'584 + 128, output + 227'840));
+}
 
-    // The debug picture is the same but for marks inside the face's box.
+TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
+    const Record record(With(Cast::kNobody));
+    EXPECT_FALSE(record.IsZero(kOutput, 82'944));
+    EXPECT_TRUE(record.IsZero(kOutput + 82'944, 199'684 - 82'944));
+    EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
+    EXPECT_TRUE(record.IsZero(kItem, 262'172 - 199'688));
+    EXPECT_TRUE(std::equal(record.data() + 297'028, record.data() + 1'034'356,
+                           record.data() + 1'034'356));
+}
+
+TEST(SimulatedRecord, FindsEachFaceInTheGridsWhereItsBoxIs) {
+    const Record record(With(Cast::kTwo));
+    for (const size_t item : {kItem, kItem + 80}) {
+        const float x = record.Number(item + 4) + record.Number(item + 12) / 2;
+        const float y = record.Number(item + 8) + record.Number(item + 16) / 2;
+        const auto cell =
+                static_cast<size_t>(y / 480 * 72) * 72 + static_cast<size_t>(x / 640 * 72);
+        EXPECT_NEAR(record[kOutput + 82'944 + cell], 255 * record.Number(item + 20), 12);
+        EXPECT_EQ(record[kOutput + 90'368 + 16 * cell + 15], record.At<int32_t>(item));
+    }
+    EXPECT_EQ(record[kOutput + 82'944], 0) << "nobody is in the corner";
+}
+
+TEST(SimulatedRecord, MarksTheFacesInTheDebugPictureAlone) {
+    const Record record(kConfig);
+    const float left = record.Number(kItem + 4), top = record.Number(kItem + 8);
+    const float width = record.Number(kItem + 12), height = record.Number(kItem + 16);
     size_t marked = 0;
     for (size_t i = 0; i < size_t{640} * 480; ++i) {
         if (record[297'040 + i] == record[1'034'368 + i]) continue;
         const size_t row = i / 640;
         const auto x = static_cast<float>(i % 640), y = static_cast<float>(row);
-        ASSERT_TRUE(left <= x && x <= right && top <= y && y <= bottom) << x << " " << y;
+        ASSERT_TRUE(std::abs(x - left - width / 2) < 0.7F * width) << x;
+        ASSERT_TRUE(std::abs(y - top - height / 2) < 0.7F * height) << y;
         ++marked;
     }
     EXPECT_GT(marked, 500u);
 }
 
-TEST(SimulatedRecord, MovesSmoothlyAndKeepsTheFaceItself) {
-    RenderConfig config = kConfig;
-    config.frameRate = 30;
-    std::set<float> yaws;
-    Record before(config, 0);
-    for (uint32_t frame = 1; frame <= 90; ++frame) {
-        Record record(config, frame);
-        const float yaw = record.Number(kOutput + 214'784);
-        EXPECT_NEAR(yaw, before.Number(kOutput + 214'784), 3.0F) << frame;
-        yaws.insert(std::round(yaw));
-        for (size_t i = kOutput + 227'840; i < kOutput + 227'840 + 128; ++i)
-            EXPECT_NEAR(record[i], before[i], 2);
-        before = std::move(record);
+TEST(SimulatedRecord, ShowsThePupilWhereTheGazeGoes) {
+    // Of a picture of the left eye, how far right the dark pixels are.
+    const auto pupil = [](const Record& record) {
+        double places = 0, sum = 0;
+        for (size_t i = 0; i < 56 * 56; ++i) {
+            const double dark = std::max(0, 60 - record[kOutput + 202'240 + i]);
+            places += dark * static_cast<double>(i % 56);
+            sum += dark;
+        }
+        return places / sum;
+    };
+    std::vector<std::pair<double, double>> seen;
+    for (uint32_t frame = 0; frame < 900; frame += 25) {
+        const Record record(With(Cast::kOne), frame);
+        if (record.Number(kGaze + 20) > 0.9F)
+            seen.emplace_back(std::sin(record.Number(kGaze + 12) * M_PI / 180) -
+                                      std::sin(record.Number(kAngle) * M_PI / 180),
+                              pupil(record));
     }
-    EXPECT_GT(yaws.size(), 5u);
+    ASSERT_GT(seen.size(), 25u);
+    const auto [least, most] = std::ranges::minmax(seen);
+    EXPECT_LT(least.first, -0.2);
+    EXPECT_GT(most.first, 0.2);
+    EXPECT_GT(most.second - least.second, 5) << "pixels to the right";
+}
+
+TEST(SimulatedRecord, KeepsTheFeatureOfAPersonNearItselfAndApartFromOthers) {
+    std::map<size_t, Record> firsts;
+    int returned = 0;
+    for (uint32_t frame = 5; frame < 1000; frame += 40) {
+        const Scene scene = SceneAt(Cast::kStory, kConfig.seed, frame / 5.0, 4.0F / 3);
+        if (scene.faceCount == 0) continue;
+        const Record record(kConfig, frame);
+        const size_t person = scene.faces[0].person;
+        returned += firsts.try_emplace(person, record).second ? 0 : 1;
+        for (const auto& [other, first] : firsts)
+            EXPECT_TRUE(other == person ? Apart(first, record) < 5 : Apart(first, record) > 40);
+    }
+    EXPECT_GE(firsts.size(), 2u);
+    EXPECT_GE(returned, 5);
 }
 
 TEST(SimulatedRecord, HoldsEverySizeThatFitsAndWritesNothingBeyondIt) {

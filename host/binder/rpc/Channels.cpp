@@ -1,0 +1,125 @@
+#include "host/binder/rpc/Channels.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zarvo::host {
+
+void Channels::SetGrowth(Open open, size_t most) {
+    const std::lock_guard lock(mMutex);
+    mOpen = std::move(open);
+    mMost = most;
+}
+
+void Channels::Add(Shared connection) {
+    const std::lock_guard lock(mMutex);
+    if (mClosed) {
+        connection->Shutdown();
+        return;
+    }
+    mChannels.push_back({std::move(connection), {}, 0});
+    mChanged.notify_all();
+}
+
+bool Channels::IsEmpty() const {
+    const std::lock_guard lock(mMutex);
+    return mChannels.empty();
+}
+
+binder_status_t Channels::Acquire(bool rotate, Shared* connection) {
+    std::unique_lock lock(mMutex);
+    while (!mClosed) {
+        if (Channel* const held = HeldLocked(); held != nullptr) {
+            *connection = TakeLocked(*held);
+            return STATUS_OK;
+        }
+        if (Channel* const free = FreeLocked(rotate); free != nullptr) {
+            *connection = TakeLocked(*free);
+            return STATUS_OK;
+        }
+        if (mChannels.empty() && mOpening == 0) return STATUS_WOULD_BLOCK;
+        if (MayGrowLocked()) {
+            *connection = Grow(lock);
+            if (*connection != nullptr) return STATUS_OK;
+        } else {
+            mChanged.wait(lock);
+        }
+    }
+    return STATUS_DEAD_OBJECT;
+}
+
+Channels::Shared Channels::TryAcquire() {
+    const std::lock_guard lock(mMutex);
+    if (mClosed) return nullptr;
+    Channel* const free = FreeLocked(false);
+    return free == nullptr ? nullptr : TakeLocked(*free);
+}
+
+void Channels::Release(const Shared& connection) {
+    const std::lock_guard lock(mMutex);
+    const auto channel = std::find_if(mChannels.begin(), mChannels.end(), [&](const auto& other) {
+        return other.connection == connection;
+    });
+    if (channel == mChannels.end() || --channel->uses > 0) return;
+    channel->holder = {};
+    mChanged.notify_one();
+}
+
+void Channels::Close() {
+    const std::lock_guard lock(mMutex);
+    mClosed = true;
+    for (const Channel& channel : mChannels)
+        channel.connection->Shutdown();
+    // Who uses one keeps it; the others' sockets are closed here.
+    mChannels.clear();
+    mChanged.notify_all();
+}
+
+Channels::Channel* Channels::HeldLocked() {
+    const auto self = std::this_thread::get_id();
+    const auto held = std::find_if(mChannels.begin(), mChannels.end(),
+                                   [&](const auto& channel) { return channel.holder == self; });
+    return held == mChannels.end() ? nullptr : &*held;
+}
+
+Channels::Channel* Channels::FreeLocked(bool rotate) {
+    const size_t begin = rotate && !mChannels.empty() ? mNext++ % mChannels.size() : 0;
+    for (size_t i = 0; i < mChannels.size(); ++i) {
+        Channel& channel = mChannels[(begin + i) % mChannels.size()];
+        if (channel.uses == 0) return &channel;
+    }
+    return nullptr;
+}
+
+Channels::Shared Channels::TakeLocked(Channel& channel) {
+    channel.holder = std::this_thread::get_id();
+    ++channel.uses;
+    return channel.connection;
+}
+
+bool Channels::MayGrowLocked() const {
+    return mOpen != nullptr && mChannels.size() + mOpening < mMost;
+}
+
+Channels::Shared Channels::Grow(std::unique_lock<std::mutex>& lock) {
+    ++mOpening;
+    const Open open = mOpen;
+    lock.unlock();
+    Shared opened = open();
+    lock.lock();
+    --mOpening;
+    mChanged.notify_all();
+    if (opened == nullptr) {
+        // The other end has no more to give; what there is must do.
+        mMost = std::min(mMost, mChannels.size());
+        return nullptr;
+    }
+    if (mClosed) {
+        opened->Shutdown();
+        return nullptr;
+    }
+    mChannels.push_back({std::move(opened), {}, 0});
+    return TakeLocked(mChannels.back());
+}
+
+}  // namespace zarvo::host

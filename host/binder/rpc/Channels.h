@@ -1,0 +1,70 @@
+#pragma once
+
+#include <android/binder_status.h>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "host/binder/rpc/Connection.h"
+
+namespace zarvo::host {
+
+/**
+ * The sockets on which one end of a session sends calls. A thread has one for itself from its
+ * call to the reply, and for whatever it calls meanwhile. Opens further ones when all are in use,
+ * up to a limit, if it was told how. Thread-safe; opens with no lock held.
+ */
+class Channels {
+  public:
+    using Shared = std::shared_ptr<Connection>;
+    using Open = std::function<Shared()>;
+
+    /** How to open one more, and how many there may be. */
+    void SetGrowth(Open open, size_t most);
+    /** One that the session got otherwise. */
+    void Add(Shared connection);
+    bool IsEmpty() const;
+
+    /**
+     * Waits for a connection and keeps it for this thread, which may have one already. `rotate`
+     * takes them in turn. STATUS_WOULD_BLOCK if there is none at all, STATUS_DEAD_OBJECT once
+     * closed.
+     */
+    binder_status_t Acquire(bool rotate, Shared* connection);
+    /** The same without waiting or opening; null if none is free. */
+    Shared TryAcquire();
+    void Release(const Shared& connection);
+
+    /** Ends all connections, for those who wait or read, too. */
+    void Close();
+
+  private:
+    struct Channel {
+        Shared connection;
+        std::thread::id holder;
+        int uses = 0;
+    };
+
+    Channel* HeldLocked();
+    Channel* FreeLocked(bool rotate);
+    Shared TakeLocked(Channel& channel);
+    bool MayGrowLocked() const;
+    /** Opens one more and keeps it for this thread; null if that failed. */
+    Shared Grow(std::unique_lock<std::mutex>& lock);
+
+    mutable std::mutex mMutex;
+    std::condition_variable mChanged;
+    // All of the following: mMutex.
+    bool mClosed = false;
+    Open mOpen;
+    size_t mMost = 0;
+    size_t mOpening = 0;
+    size_t mNext = 0;
+    std::vector<Channel> mChannels;
+};
+
+}  // namespace zarvo::host

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <type_traits>
+
+#include "host/binder/rpc/Socket.h"
+
+namespace zarvo::host {
+
+/**
+ * One socket of a session. Small messages are taken off the socket at once, large ones go straight
+ * to where they belong. Used by one thread at a time, but for Shutdown.
+ */
+class Connection {
+  public:
+    explicit Connection(Socket socket) : mSocket(std::move(socket)), mPeer(mSocket.Peer()) {}
+
+    const PeerProcess& Peer() const { return mPeer; }
+
+    /** See Socket::Send. */
+    bool Send(std::span<iovec> parts) { return mSocket.Send(parts); }
+    /** Exactly that many bytes; false if the connection is gone. */
+    bool Receive(uint8_t* to, size_t length);
+    template <typename T>
+    bool Receive(T* value) {
+        static_assert(std::is_trivially_copyable_v<T>);
+        return Receive(reinterpret_cast<uint8_t*>(value), sizeof(T));
+    }
+    /** Receives that many bytes for nobody. */
+    bool Skip(size_t length);
+    /** From here on a Receive that gets nothing for that long fails; zero for no limit. */
+    void LimitReceiveTime(std::chrono::seconds limit) { mSocket.LimitReceiveTime(limit); }
+    void Shutdown() { mSocket.Shutdown(); }
+
+  private:
+    /** Hands out what was received ahead. */
+    size_t TakeAhead(uint8_t* to, size_t length);
+
+    const Socket mSocket;
+    const PeerProcess mPeer;
+    std::array<uint8_t, 512> mAhead;
+    size_t mBegin = 0;
+    size_t mEnd = 0;
+};
+
+}  // namespace zarvo::host

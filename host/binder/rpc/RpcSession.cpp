@@ -1,0 +1,264 @@
+#include "host/binder/rpc/RpcSession.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "host/binder/BinderLog.h"
+#include "host/binder/rpc/CallContext.h"
+
+namespace zarvo::host {
+
+RpcSession::RpcSession(Settings settings)
+    : mSettings(std::move(settings)), mTable(mSettings.side) {}
+
+RpcSession::~RpcSession() {
+    Terminate();
+}
+
+/* Calls to the other end. */
+
+binder_status_t RpcSession::Transact(uint64_t address, transaction_code_t code, const AParcel& in,
+                                     AParcel* reply, binder_flags_t flags) {
+    if (!IsAlive()) return STATUS_DEAD_OBJECT;
+    if (in.Size() > wire::kMostParcelBytes) {
+        BINDER_LOGE("a call of %zu bytes is too large to send", in.Size());
+        return STATUS_FAILED_TRANSACTION;
+    }
+    wire::TransactBody body{};
+    body.address = address;
+    body.code = code;
+    body.flags = flags;
+    body.parcelBytes = static_cast<uint32_t>(in.Size());
+    const bool oneway = (flags & FLAG_ONEWAY) != 0;
+    if (Connection* const caller = oneway ? nullptr : CallContext::WaitingCaller(this)) {
+        return Call(*caller, body, in, reply);
+    }
+    Channels::Shared connection;
+    const binder_status_t status = mOutgoing.Acquire(oneway, &connection);
+    if (status != STATUS_OK) return status;
+    const binder_status_t result = Call(*connection, body, in, reply);
+    mOutgoing.Release(connection);
+    SendOwed(nullptr);
+    return result;
+}
+
+binder_status_t RpcSession::Ask(wire::SpecialCall call, AParcel* reply) {
+    const AParcel nothing;
+    return Transact(0, call, nothing, reply, 0);
+}
+
+binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBody& body,
+                                 const AParcel& in, AParcel* reply) {
+    wire::TransactBody sent = body;
+    const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
+    if (body.address != 0 && !mTable.BeginCall(body.address, oneway, &sent.asyncNumber)) {
+        return STATUS_DEAD_OBJECT;
+    }
+    wire::CommandHeader command{};
+    command.command = wire::kTransact;
+    command.bodyBytes = static_cast<uint32_t>(sizeof(sent) + in.Size());
+    in.HandOver();
+    const std::array parts{iovec{&command, sizeof(command)}, iovec{&sent, sizeof(sent)},
+                           iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
+    if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
+    return oneway ? STATUS_OK : AwaitReply(connection, reply);
+}
+
+binder_status_t RpcSession::AwaitReply(Connection& connection, AParcel* reply) {
+    while (true) {
+        wire::CommandHeader command{};
+        if (!connection.Receive(&command)) {
+            Lose();
+            return STATUS_DEAD_OBJECT;
+        }
+        if (command.command == wire::kReply) {
+            return ReceiveReply(connection, command.bodyBytes, reply);
+        }
+        if (!Handle(connection, command)) return STATUS_DEAD_OBJECT;
+    }
+}
+
+binder_status_t RpcSession::ReceiveReply(Connection& connection, size_t bodyBytes, AParcel* reply) {
+    const bool isShort = mSettings.version == 0;
+    wire::ReplyBody body{};
+    const size_t headBytes = isShort ? wire::kReplyBodyBytesOfVersion0 : sizeof(body);
+    bool hasDescriptors = false;
+    if (bodyBytes < headBytes) {
+        Break("a reply is too short");
+    } else if (bodyBytes - headBytes > wire::kMostParcelBytes) {
+        Break("a reply is too long");
+    } else if (!connection.Receive(reinterpret_cast<uint8_t*>(&body), headBytes)) {
+        Lose();
+    } else if (const size_t rest = bodyBytes - headBytes;
+               ReceiveParcel(connection, isShort ? rest : body.parcelBytes, rest, reply,
+                             &hasDescriptors)) {
+        if (body.status != STATUS_OK) reply->Reset();
+        return hasDescriptors ? STATUS_BAD_VALUE : body.status;
+    }
+    return STATUS_DEAD_OBJECT;
+}
+
+bool RpcSession::ReceiveParcel(Connection& connection, size_t announced, size_t bytes,
+                               AParcel* parcel, bool* hasDescriptors) {
+    if (announced > bytes) return Break("a parcel is longer than its message");
+    const size_t positions = bytes - announced;
+    if (positions % sizeof(uint32_t) != 0) return Break("half a position");
+    uint8_t* const place = parcel->ForBytes(announced);
+    if (place == nullptr) return Break("no memory for a message");
+    *hasDescriptors = positions != 0;
+    return (connection.Receive(place, announced) && connection.Skip(positions)) || Lose();
+}
+
+/* What every message takes along. */
+
+bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
+    constexpr size_t kMostOwed = 16;
+    std::array<wire::DecStrongBody, kMostOwed> owed{};
+    std::array<iovec, 2 * kMostOwed + 4> all{};
+    size_t count = 0;
+    {
+        const std::lock_guard lock(mMutex);
+        while (count < kMostOwed && !mOwed.empty()) {
+            owed[count++] = mOwed.front();
+            mOwed.pop_front();
+        }
+    }
+    wire::CommandHeader command{};
+    command.command = wire::kDecStrong;
+    command.bodyBytes = sizeof(wire::DecStrongBody);
+    for (size_t i = 0; i < count; ++i) {
+        all[2 * i] = {&command, sizeof(command)};
+        all[2 * i + 1] = {&owed[i], sizeof(owed[i])};
+    }
+    std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(2 * count));
+    return connection.Send(std::span(all).first(2 * count + parts.size())) || Lose();
+}
+
+void RpcSession::Owe(uint64_t address, uint32_t amount) {
+    if (amount == 0) return;
+    const std::lock_guard lock(mMutex);
+    mOwed.push_back({address, amount, 0});
+}
+
+bool RpcSession::OwesNothing() {
+    const std::lock_guard lock(mMutex);
+    return mOwed.empty();
+}
+
+void RpcSession::SendOwed(Connection* fallback) {
+    while (IsAlive() && !OwesNothing()) {
+        const Channels::Shared connection = mOutgoing.TryAcquire();
+        if (connection != nullptr) {
+            Send(*connection, {});
+            mOutgoing.Release(connection);
+        } else if (fallback != nullptr) {
+            Send(*fallback, {});
+        } else {
+            // Whoever has a connection in use sends it with his next message, or after his last.
+            return;
+        }
+    }
+}
+
+/* Objects. */
+
+binder_status_t RpcSession::Lend(AIBinder* object, uint64_t* address) {
+    if (LocalBinder* const local = object->AsLocal(); local != nullptr) {
+        return mTable.Lend(local, address);
+    }
+    const ProxyBinder* const proxy = object->AsProxy();
+    if (!proxy->IsOf(this)) return STATUS_INVALID_OPERATION;
+    *address = proxy->Address();
+    return mTable.LendBack(proxy);
+}
+
+void RpcSession::TakeBack(uint64_t address) {
+    mTable.TakeBack(address, 1);
+}
+
+binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinder** object) {
+    Ref<AIBinder> found;
+    const binder_status_t status = mTable.Receive(address, stability, Self(), &found);
+    if (status != STATUS_OK) return status;
+    if (found->AsLocal() != nullptr) Owe(address, mTable.Acknowledge(address));
+    *object = found.Release();
+    return STATUS_OK;
+}
+
+void RpcSession::ProxyEnded(ProxyBinder* proxy) {
+    const uint32_t amount = mTable.Forget(proxy);
+    EndIfUsedUp();
+    if (!IsAlive()) return;
+    Owe(proxy->Address(), amount);
+    SendOwed(nullptr);
+}
+
+binder_status_t RpcSession::WatchForDeath() {
+    {
+        const std::lock_guard lock(mMutex);
+        if (mIncoming.empty()) return STATUS_INVALID_OPERATION;
+    }
+    if (mNotices.Start()) return STATUS_OK;
+    return IsAlive() ? STATUS_NO_MEMORY : STATUS_DEAD_OBJECT;
+}
+
+/* The end. */
+
+void RpcSession::EndIfUsedUp() {
+    if (mTable.IsUsedUp()) Terminate();
+}
+
+bool RpcSession::Lose() {
+    Terminate();
+    return false;
+}
+
+bool RpcSession::Break(const char* reason) {
+    // What arrives while the session ends finds it half gone.
+    if (IsAlive()) BINDER_LOGE("session ended, the other end broke the protocol: %s", reason);
+    Terminate();
+    return false;
+}
+
+void RpcSession::Terminate() {
+    if (!mAlive.exchange(false)) return;
+    mOutgoing.Close();
+    {
+        const std::lock_guard lock(mMutex);
+        for (const auto& incoming : mIncoming) {
+            if (const auto connection = incoming.lock()) connection->Shutdown();
+        }
+    }
+    GiveNotices();
+    if (mSettings.onEnd) mSettings.onEnd();
+}
+
+void RpcSession::GiveNotices() {
+    // What was held for the other end goes there, too: this thread may be inside a call.
+    const auto remains = std::make_shared<AddressTable::Remains>(mTable.Close());
+    const auto give = [this, remains, self = weak_from_this().lock()] {
+        for (const auto& proxy : remains->proxies)
+            proxy->AsProxy()->NotifyDeath();
+        *remains = {};
+        const std::lock_guard lock(mMutex);
+        mNoticesGiven = true;
+        mNoticed.notify_all();
+    };
+    // Without a thread nobody was promised one; nor is there anyone to tell at the very end.
+    if (weak_from_this().expired() || !mNotices.Post(give)) give();
+    mNotices.Finish();
+}
+
+void RpcSession::WaitForNotices() {
+    if (IsAlive() || mNotices.IsThisThread()) return;
+    std::unique_lock lock(mMutex);
+    mNoticed.wait(lock, [this] { return mNoticesGiven; });
+}
+
+void RpcSession::JoinThreads() {
+    mServing.JoinAll();
+    mNotices.IsThisThread() ? mNotices.LetGo() : mNotices.Join();
+}
+
+}  // namespace zarvo::host

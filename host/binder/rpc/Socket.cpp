@@ -1,0 +1,102 @@
+#include "host/binder/rpc/Socket.h"
+
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "host/binder/rpc/SocketAddress.h"
+
+namespace zarvo::host {
+
+namespace {
+
+/** Takes `sent` bytes off the front. */
+std::span<iovec> Skip(std::span<iovec> parts, size_t sent) {
+    while (!parts.empty() && sent >= parts.front().iov_len) {
+        sent -= parts.front().iov_len;
+        parts = parts.subspan(1);
+    }
+    if (!parts.empty()) {
+        parts.front().iov_base = static_cast<char*>(parts.front().iov_base) + sent;
+        parts.front().iov_len -= sent;
+    }
+    return parts;
+}
+
+}  // namespace
+
+Socket::~Socket() {
+    if (mFd >= 0) close(mFd);
+}
+
+std::pair<Socket, Socket> Socket::Pair() {
+    std::array<int, 2> fds{-1, -1};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds.data()) != 0) return {};
+    return {Socket(fds[0]), Socket(fds[1])};
+}
+
+Socket Socket::Connect(const std::string& path) {
+    const auto address = SocketAddress::Of(path);
+    if (!address) {
+        errno = ENAMETOOLONG;
+        return {};
+    }
+    Socket socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!socket.IsOpen()) return {};
+    return connect(socket.Fd(), address->Get(), address->Size()) == 0 ? std::move(socket)
+                                                                      : Socket();
+}
+
+PeerProcess Socket::Peer() const {
+    ucred credentials{};
+    socklen_t size = sizeof(credentials);
+    if (getsockopt(mFd, SOL_SOCKET, SO_PEERCRED, &credentials, &size) != 0) return {};
+    return {credentials.pid, credentials.uid};
+}
+
+bool Socket::Send(std::span<iovec> parts) const {
+    for (parts = Skip(parts, 0); !parts.empty();) {
+        msghdr message{};
+        message.msg_iov = parts.data();
+        message.msg_iovlen = parts.size();
+        const ssize_t sent = sendmsg(mFd, &message, MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent < 0) return false;
+        parts = Skip(parts, static_cast<size_t>(sent));
+    }
+    return true;
+}
+
+size_t Socket::Receive(void* to, size_t length) const {
+    ssize_t received = 0;
+    do {
+        received = recv(mFd, to, length, 0);
+    } while (received < 0 && errno == EINTR);
+    return received < 0 ? 0 : static_cast<size_t>(received);
+}
+
+bool Socket::ReceiveAll(void* to, size_t length) const {
+    auto* place = static_cast<char*>(to);
+    while (length > 0) {
+        const ssize_t received = recv(mFd, place, length, MSG_WAITALL);
+        if (received < 0 && errno == EINTR) continue;
+        if (received <= 0) return false;
+        place += received;
+        length -= static_cast<size_t>(received);
+    }
+    return true;
+}
+
+void Socket::LimitReceiveTime(std::chrono::seconds limit) const {
+    const timeval time{.tv_sec = static_cast<time_t>(limit.count()), .tv_usec = 0};
+    setsockopt(mFd, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
+}
+
+void Socket::Shutdown() const {
+    shutdown(mFd, SHUT_RDWR);
+}
+
+}  // namespace zarvo::host

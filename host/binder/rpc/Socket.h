@@ -1,0 +1,59 @@
+#pragma once
+
+#include <android/binder_status.h>
+#include <sys/types.h>
+#include <sys/uio.h>
+
+#include <chrono>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace zarvo::host {
+
+/** The process at the other end, as the system knows it. */
+struct PeerProcess {
+    pid_t pid = 0;
+    uid_t uid = 0;
+};
+
+/**
+ * Owns a Unix-domain stream socket, or none. Blocking. One thread may send while another receives
+ * and any thread shuts down; else used by one thread at a time. Never raises SIGPIPE.
+ */
+class ABINDER_API Socket {
+  public:
+    Socket() = default;
+    explicit Socket(int fd) : mFd(fd) {}
+    Socket(Socket&& other) noexcept : mFd(std::exchange(other.mFd, -1)) {}
+    Socket& operator=(Socket other) noexcept {
+        std::swap(mFd, other.mFd);
+        return *this;
+    }
+    ~Socket();
+
+    /** Two sockets that are connected with each other; not open if the system has none to give. */
+    static std::pair<Socket, Socket> Pair();
+    /** A connection to who listens at `path`; not open, and errno says why, if nobody does. */
+    static Socket Connect(const std::string& path);
+
+    bool IsOpen() const { return mFd >= 0; }
+    int Fd() const { return mFd; }
+    PeerProcess Peer() const;
+
+    /** Sends all of it as one message, changing `parts`; false if the connection is gone. */
+    bool Send(std::span<iovec> parts) const;
+    /** Receives at least one byte and at most `length`; 0 if the connection is gone. */
+    size_t Receive(void* to, size_t length) const;
+    /** Receives exactly `length` bytes; false if the connection is gone. */
+    bool ReceiveAll(void* to, size_t length) const;
+    void LimitReceiveTime(std::chrono::seconds limit) const;
+    /** Ends the connection for both ends, and wakes who waits on it. */
+    void Shutdown() const;
+
+  private:
+    int mFd = -1;
+};
+
+}  // namespace zarvo::host

@@ -1,0 +1,118 @@
+#include "host/binder/services/Listener.h"
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include "host/binder/BinderLog.h"
+#include "host/binder/rpc/SocketAddress.h"
+
+namespace zarvo::host {
+
+namespace {
+
+constexpr int kBacklog = 50;
+constexpr std::chrono::milliseconds kPauseWhenFull{100};
+
+/** Whether a process listens there. */
+bool IsServed(const std::string& path) {
+    if (Socket::Connect(path).IsOpen()) return true;
+    return errno != ECONNREFUSED && errno != ENOENT;
+}
+
+FileDescriptor Listen(const std::string& path) {
+    const auto address = SocketAddress::Of(path);
+    if (!address) {
+        errno = ENAMETOOLONG;
+        return FileDescriptor();
+    }
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!socket.IsOpen()) return socket;
+    unlink(path.c_str());
+    if (bind(socket.Get(), address->Get(), address->Size()) != 0) return FileDescriptor();
+    return listen(socket.Get(), kBacklog) == 0 ? std::move(socket) : FileDescriptor();
+}
+
+/** Accepts until the socket is shut down. */
+void AcceptAll(int socket, const std::shared_ptr<RpcServer>& server) {
+    while (true) {
+        const int accepted = accept4(socket, nullptr, nullptr, SOCK_CLOEXEC);
+        if (accepted >= 0) {
+            server->Accept(Socket(accepted));
+        } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+            // Whoever waits keeps waiting; trying at once would only burn the processor.
+            std::this_thread::sleep_for(kPauseWhenFull);
+        } else if (errno != EINTR && errno != ECONNABORTED) {
+            return;
+        }
+    }
+}
+
+}  // namespace
+
+binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::string& instance,
+                                  std::shared_ptr<RpcServer> server,
+                                  std::unique_ptr<Listener>* listener) {
+    const std::string path = directory.SocketPath(instance);
+    const std::string temporary = directory.TemporaryPath(instance);
+    if (!SocketAddress::Of(path) || !SocketAddress::Of(temporary)) {
+        BINDER_LOGE("the path of %s is too long for a socket: %s", instance.c_str(), path.c_str());
+        return EX_ILLEGAL_STATE;
+    }
+    const FileDescriptor lock = directory.Lock();
+    if (IsServed(path)) {
+        BINDER_LOGE("another process serves %s", instance.c_str());
+        return EX_ILLEGAL_STATE;
+    }
+    // Bound beside its place: where it appears, it can be connected to.
+    FileDescriptor socket = Listen(temporary);
+    if (!lock.IsOpen() || !socket.IsOpen() || rename(temporary.c_str(), path.c_str()) != 0) {
+        BINDER_LOGE("cannot listen at %s: %s", path.c_str(), strerror(errno));
+        unlink(temporary.c_str());
+        return EX_ILLEGAL_STATE;
+    }
+    listener->reset(new Listener(std::move(socket), path, std::move(server)));
+    return EX_NONE;
+}
+
+Listener::Listener(FileDescriptor socket, std::string path, std::shared_ptr<RpcServer> server)
+    : mSocket(std::move(socket)), mPath(std::move(path)), mServer(std::move(server)) {
+    struct stat file {};
+    if (lstat(mPath.c_str(), &file) == 0) mFile = file.st_ino;
+}
+
+Listener::~Listener() {
+    RemoveFile();
+    shutdown(mSocket.Get(), SHUT_RDWR);
+    if (mThread.joinable()) mThread.join();
+    mServer->Close();
+    mServer->JoinThreads();
+}
+
+bool Listener::Start() {
+    if (mThread.joinable()) return true;
+    try {
+        mThread = std::thread([fd = mSocket.Get(), server = mServer] { AcceptAll(fd, server); });
+    } catch (const std::system_error& error) {
+        BINDER_LOGE("cannot serve %s: %s", mPath.c_str(), error.what());
+        return false;
+    }
+    return true;
+}
+
+void Listener::RemoveFile() {
+    if (IsOwnFile()) unlink(mPath.c_str());
+}
+
+bool Listener::IsOwnFile() const {
+    struct stat file {};
+    return lstat(mPath.c_str(), &file) == 0 && file.st_ino == mFile;
+}
+
+}  // namespace zarvo::host

@@ -1,0 +1,104 @@
+#include <android/binder_manager.h>
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/binder/BinderLog.h"
+#include "host/binder/LocalBinder.h"
+#include "host/binder/Stability.h"
+#include "host/binder/services/DirectoryWatch.h"
+#include "host/binder/services/FoundServices.h"
+#include "host/binder/services/PublishedServices.h"
+
+namespace zarvo::host {
+
+namespace {
+
+using Deadline = std::optional<std::chrono::steady_clock::time_point>;
+
+constexpr std::chrono::seconds kGetServiceTime{5};
+/** One after the other, each with a space behind it. */
+constexpr std::string_view kDeclared = AON_DECLARED_SERVICES " ";
+
+bool IsName(const char* instance) {
+    constexpr size_t kLongest = 127;
+    constexpr std::string_view kCharacters =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./";
+    if (instance == nullptr) return false;
+    const std::string_view name(instance);
+    return !name.empty() && name.size() <= kLongest && name.front() != '.' &&
+           name.find_first_not_of(kCharacters) == std::string_view::npos;
+}
+
+bool IsDeclared(const std::string& instance) {
+    return kDeclared.find(instance + ' ') != std::string_view::npos;
+}
+
+binder_exception_t Add(AIBinder* binder, const std::string& instance) {
+    LocalBinder* const local = binder->AsLocal();
+    if (local == nullptr) return EX_ILLEGAL_ARGUMENT;
+    if (local->SettleStability() == Stability::kVintf && !IsDeclared(instance)) {
+        BINDER_LOGE("%s is not declared, so it cannot have VINTF stability", instance.c_str());
+        return EX_ILLEGAL_ARGUMENT;
+    }
+    return PublishedServices::Instance().Publish(instance, Ref<AIBinder>::Share(binder));
+}
+
+Ref<AIBinder> FindIn(const RuntimeDirectory& directory, const std::string& instance) {
+    if (auto own = PublishedServices::Instance().Find(instance)) return own;
+    return FoundServices::Instance().Find(instance, directory.SocketPath(instance));
+}
+
+Ref<AIBinder> Find(const std::string& instance) {
+    RuntimeDirectory::Fault fault{};
+    const auto directory = RuntimeDirectory::Open(&fault);
+    return directory ? FindIn(*directory, instance) : Ref<AIBinder>();
+}
+
+Ref<AIBinder> Await(const std::string& instance, Deadline deadline) {
+    RuntimeDirectory::Fault fault{};
+    const auto directory = RuntimeDirectory::Open(&fault);
+    if (!directory) return {};
+    // Watching first: what appears between a look and the wait for the next is told.
+    DirectoryWatch watch(directory->Path());
+    while (true) {
+        if (auto found = FindIn(*directory, instance)) return found;
+        if (!watch.IsOpen()) {
+            BINDER_LOGE("cannot wait for %s: no watch on %s", instance.c_str(),
+                        directory->Path().c_str());
+            return {};
+        }
+        if (!watch.Wait(deadline)) return FindIn(*directory, instance);
+    }
+}
+
+}  // namespace
+
+}  // namespace zarvo::host
+
+using namespace zarvo::host;
+
+binder_exception_t AServiceManager_addService(AIBinder* binder, const char* instance) {
+    if (binder == nullptr || !IsName(instance)) return EX_ILLEGAL_ARGUMENT;
+    return Add(binder, instance);
+}
+
+AIBinder* AServiceManager_checkService(const char* instance) {
+    return IsName(instance) ? Find(instance).Release() : nullptr;
+}
+
+AIBinder* AServiceManager_getService(const char* instance) {
+    if (!IsName(instance)) return nullptr;
+    return Await(instance, std::chrono::steady_clock::now() + kGetServiceTime).Release();
+}
+
+AIBinder* AServiceManager_waitForService(const char* instance) {
+    return IsName(instance) ? Await(instance, std::nullopt).Release() : nullptr;
+}
+
+bool AServiceManager_isDeclared(const char* instance) {
+    return IsName(instance) && IsDeclared(instance);
+}

@@ -1,0 +1,40 @@
+#include <csignal>
+#include <thread>
+
+#include "host/binder/services/PublishedServices.h"
+#include "host/binder/services/ThreadPool.h"
+#include "host/service/HostControls.h"
+#include "host/stream/SimulatorControl.h"
+
+namespace zarvo::host {
+
+namespace {
+
+sigset_t EndSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    return signals;
+}
+
+}  // namespace
+
+void BeginHostControls() {
+    const sigset_t signals = EndSignals();
+    // All threads inherit this, so the signals come to the one that waits for them.
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals] {
+        int signal = 0;
+        sigwait(&signals, &signal);
+        ThreadPool::Instance().Stop();
+    }).detach();
+}
+
+void EndHostControls() {
+    // Clients first, so that nothing is asked of what ends; then the stream's threads.
+    PublishedServices::Instance().WithdrawAll();
+    SimulatorControl::Instance().Shutdown();
+}
+
+}  // namespace zarvo::host

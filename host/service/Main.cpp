@@ -1,0 +1,33 @@
+#include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
+#include <android/binder_manager.h>
+#include <android/binder_process.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "host/service/HostControls.h"
+#include "platform/Log.h"
+#include "service/AONService.h"
+
+namespace {
+
+/** Besides the first: a client that waits must not keep another one's call away. */
+constexpr uint32_t kMoreThreads = 7;
+
+}  // namespace
+
+/** Publishes the one service and serves until the process is told to end. */
+int main() {
+    zarvo::host::BeginHostControls();
+    ABinderProcess_setThreadPoolMaxThreadCount(kMoreThreads);
+    const auto service = ndk::SharedRefBase::make<zarvo::aon::AONService>();
+    const std::string instance = std::string(zarvo::aon::AONService::descriptor) + "/default";
+    const auto result = AServiceManager_addService(service->asBinder().get(), instance.c_str());
+    if (result != EX_NONE) {
+        AON_LOGE("AONService", "cannot publish %s: exception %d", instance.c_str(), result);
+        return EXIT_FAILURE;
+    }
+    ABinderProcess_joinThreadPool();
+    zarvo::host::EndHostControls();
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "host/binder/rpc/RpcClient.h"
+#include "host/binder/rpc/RpcServer.h"
+#include "tests/binder/Hex.h"
+#include "tests/binder/Peer.h"
+
+namespace tests {
+namespace {
+
+using namespace ::zarvo::host;
+
+// Messages of a client, as hexadecimal text.
+const std::string kZeros(64, '0');
+const std::string kHello = "01000000 00 00 0000000000000000 0000";
+const std::string kInit = "63636900 00000000";
+const std::string kRoot = "0300000000000000";
+
+std::string U32(uint32_t value) {
+    return Hex(std::span(reinterpret_cast<const uint8_t*>(&value), sizeof(value)));
+}
+std::string Command(uint32_t command, uint32_t bodyBytes) {
+    return U32(command) + U32(bodyBytes) + kZeros.substr(0, 16);
+}
+std::string Call(const std::string& address, uint32_t code, const std::string& parcel = "",
+                 uint32_t flags = 0, uint32_t number = 0) {
+    const auto bytes = static_cast<uint32_t>(BytesOf(parcel).size());
+    return Command(0, 40 + bytes) + address + U32(code) + U32(flags) + U32(number) + U32(0) +
+           U32(bytes) + kZeros.substr(0, 24) + parcel;
+}
+
+/** A server, and raw sockets to it. */
+class HostileSession : public testing::Test {
+  protected:
+    ~HostileSession() override {
+        mServer->Close();
+        mServer->JoinThreads();
+    }
+
+    Socket Dial() {
+        auto [near, far] = Socket::Pair();
+        EXPECT_TRUE(mServer->Accept(std::move(far)));
+        return std::move(near);
+    }
+    static void Send(const Socket& socket, const std::string& hex) {
+        std::vector<uint8_t> bytes = BytesOf(hex);
+        std::array part{iovec{bytes.data(), bytes.size()}};
+        socket.Send(part);
+    }
+    static std::string Receive(const Socket& socket, size_t length) {
+        std::vector<uint8_t> bytes(length);
+        return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
+    }
+    /** A session that has the root. */
+    Socket Greeted() {
+        Socket socket = Dial();
+        Send(socket, kHello + kInit + Call(kZeros.substr(0, 16), 0));
+        EXPECT_EQ(Receive(socket, 8), "0100000000000000");
+        EXPECT_EQ(Receive(socket, 16 + 20 + 16).substr(80, 16), kRoot);
+        return socket;
+    }
+    /** Whether another client is served as if nothing were. */
+    bool ServesTheNext() {
+        const auto session = ConnectRpc({.dial = [this] { return Dial(); }});
+        const ndk::SpAIBinder root(session == nullptr ? nullptr : AskRoot(*session).Release());
+        return AIBinder_ping(root.get()) == STATUS_OK;
+    }
+
+    const std::shared_ptr<Peer> mPeer = SharedRefBase::make<Peer>();
+    const std::shared_ptr<RpcServer> mServer = std::make_shared<RpcServer>(
+            RpcServer::Settings{.threads = 2}, Ref<AIBinder>::Share(mPeer->asBinder().get()));
+};
+
+TEST_F(HostileSession, IsNotBegunByWhatIsNoGreeting) {
+    const std::string unknownId = "01000000 00 00 0000000000000000 2000" + kZeros;
+    const std::string greetings[] = {
+            "01000000 00 00 0000000000000000 0700",
+            unknownId + kInit,
+            kHello + "63636a00 00000000",
+            "01000000 01 00 0000000000000000 0000" + kInit,
+            "01000000 00 01 0000000000000000 0000" + kInit,
+    };
+    for (const std::string& greeting : greetings) {
+        SCOPED_TRACE(greeting);
+        const Socket socket = Dial();
+        Send(socket, greeting);
+        Receive(socket, 8);  // some are answered first
+        EXPECT_EQ(Receive(socket, 1), "closed");
+    }
+    EXPECT_TRUE(ServesTheNext());
+}
+
+TEST_F(HostileSession, EndsForWhatIsNoMessage) {
+    const std::string messages[] = {
+            Command(0, 39) + kZeros + kZeros,
+            Command(0, 0xFFFFFFFF),
+            Command(0, 40 + (4U << 20U) + 4) + kRoot,
+            Command(0, 40) + kRoot + U32(1) + U32(0) + kZeros.substr(0, 16) + U32(4) +
+                    kZeros.substr(0, 24),
+            Command(0, 43) + kRoot + U32(1) + U32(0) + kZeros.substr(0, 16) + U32(0) +
+                    kZeros.substr(0, 24) + "000000",
+            Command(1, 20) + kZeros,
+            Command(2, 12) + kZeros,
+            Command(3, 0),
+            "ffffffffffffffffffffffffffffffff",
+            Call("0300000007000000", 1),
+            Call("0100000000000000", 1),
+    };
+    for (const std::string& message : messages) {
+        SCOPED_TRACE(message.substr(0, 160));
+        const Socket socket = Greeted();
+        Send(socket, message);
+        EXPECT_EQ(Receive(socket, 1), "closed");
+    }
+    EXPECT_EQ(mPeer->visits, 0);
+    EXPECT_TRUE(ServesTheNext());
+}
+
+TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
+    struct Case {
+        std::string message;
+        int32_t status;
+    };
+    const Case cases[] = {
+            {Call(kZeros.substr(0, 16), 7), STATUS_UNKNOWN_TRANSACTION},
+            {Call(kRoot, 0), STATUS_UNKNOWN_TRANSACTION},
+            {Call(kRoot, 1), STATUS_BAD_TYPE},
+            {Call("0500000000000000", 1), STATUS_BAD_VALUE},
+            {Call("0000000001000000", 1), STATUS_BAD_VALUE},
+            {Command(0, 44) + kRoot + U32(1) + U32(0) + kZeros.substr(0, 16) + U32(0) +
+                     kZeros.substr(0, 24) + "00000000",
+             STATUS_BAD_VALUE},
+            // Acknowledges what was never sent, and more than was sent.
+            {Command(2, 16) + "0100000009000000" + U32(1) + U32(0) + Command(2, 16) + kRoot +
+                     U32(9) + U32(0) + Call(kRoot, 1),
+             STATUS_BAD_TYPE},
+    };
+    const Socket socket = Greeted();
+    for (const Case& refused : cases) {
+        SCOPED_TRACE(refused.message);
+        Send(socket, refused.message);
+        EXPECT_EQ(Receive(socket, 36), Command(1, 20) + U32(static_cast<uint32_t>(refused.status)) +
+                                               kZeros.substr(0, 32));
+    }
+}
+
+TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
+    constexpr uint32_t kTell = 3;
+    std::vector<int32_t> told;
+    mPeer->onTell = [&](int32_t number) { told.push_back(number); };
+    const auto tell = [](uint32_t number) {
+        const std::string token = "0b000000 740065007300740073002e0049005000650065007200 0000";
+        return Call(kRoot, kTell, token + U32(number), 1, number);
+    };
+    const Socket socket = Greeted();
+    // Number 1 is late, 0 comes again.
+    Send(socket, tell(0) + tell(2) + tell(3) + tell(1) + tell(0) + Call(kRoot, 0x5F504E47));
+    EXPECT_NE(Receive(socket, 3 * 32), "closed");
+    EXPECT_EQ(told, (std::vector<int32_t>{0, 1, 2, 3}));
+}
+
+TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
+    std::vector<Socket> silent;
+    for (int i = 0; i < 300; ++i) {
+        auto [near, far] = Socket::Pair();
+        mServer->Accept(std::move(far));
+        silent.push_back(std::move(near));
+    }
+    // Those beyond the limit are closed at once, the others when they go.
+    EXPECT_EQ(Receive(silent.back(), 1), "closed");
+    silent.clear();
+    while (!ServesTheNext())
+        std::this_thread::yield();
+}
+
+}  // namespace
+}  // namespace tests

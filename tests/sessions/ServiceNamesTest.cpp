@@ -1,0 +1,160 @@
+#include <android/binder_manager.h>
+#include <android/binder_process.h>
+#include <android/binder_stability.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <future>
+#include <thread>
+
+#include "host/binder/services/PublishedServices.h"
+#include "tests/binder/Peer.h"
+
+namespace tests {
+namespace {
+
+constexpr char kName[] = "tests.IPeer/default";
+
+/** Another process that serves kName, or tries to. */
+class PeerProcess {
+  public:
+    PeerProcess() : mOutput(popen("echo $$; exec " PEER_PROCESS " tests.IPeer/default", "r")) {
+        if (fscanf(mOutput, "%d", &mPid) != 1 || fscanf(mOutput, "%d", &result) != 1) result = -1;
+    }
+    ~PeerProcess() { Kill(); }
+    void Kill() {
+        if (mOutput == nullptr) return;
+        kill(mPid, SIGKILL);
+        pclose(std::exchange(mOutput, nullptr));
+    }
+    pid_t Pid() const { return mPid; }
+
+    int result = -1;
+
+  private:
+    FILE* mOutput;
+    pid_t mPid = 0;
+};
+
+/** With a runtime directory of its own. */
+class ServiceNames : public testing::Test {
+  protected:
+    ServiceNames() {
+        char path[] = "/tmp/aon-test-XXXXXX";
+        mDirectory = mkdtemp(path);
+        setenv("AON_RUNTIME_DIR", path, 1);
+    }
+    ~ServiceNames() override {
+        zarvo::host::PublishedServices::Instance().WithdrawAll();
+        std::filesystem::remove_all(mDirectory);
+    }
+
+    std::string SocketFile() const { return mDirectory + "/tests.IPeer_default"; }
+    static std::shared_ptr<IPeer> Find() {
+        return IPeer::fromBinder(SpAIBinder(AServiceManager_checkService(kName)));
+    }
+
+    std::string mDirectory;
+    const std::shared_ptr<Peer> mPeer = SharedRefBase::make<Peer>();
+};
+
+TEST_F(ServiceNames, LeadStraightToTheObjectInItsOwnProcess) {
+    EXPECT_EQ(AServiceManager_checkService(kName), nullptr);
+    ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
+    EXPECT_EQ(Find(), mPeer);
+    EXPECT_TRUE(std::filesystem::is_socket(SocketFile()));
+    // Published again, by the same process: replaced.
+    const auto next = SharedRefBase::make<Peer>();
+    ASSERT_EQ(AServiceManager_addService(next->asBinder().get(), kName), EX_NONE);
+    EXPECT_EQ(Find(), next);
+}
+
+TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
+    const SpAIBinder object = mPeer->asBinder();
+    AIBinder* const peer = object.get();
+    EXPECT_EQ(AServiceManager_addService(nullptr, kName), EX_ILLEGAL_ARGUMENT);
+    for (const std::string& name :
+         {std::string(), std::string("a b"), std::string("../a"), std::string(128, 'a')}) {
+        EXPECT_EQ(AServiceManager_addService(peer, name.c_str()), EX_ILLEGAL_ARGUMENT) << name;
+        EXPECT_EQ(AServiceManager_checkService(name.c_str()), nullptr) << name;
+    }
+    EXPECT_EQ(AServiceManager_addService(peer, std::string(120, 'a').c_str()), EX_ILLEGAL_STATE);
+    EXPECT_EQ(AServiceManager_waitForService(nullptr), nullptr);
+    EXPECT_TRUE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService/default"));
+    EXPECT_FALSE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService"));
+    EXPECT_FALSE(AServiceManager_isDeclared(kName));
+
+    const AIBinder_Class* const stableClass = AIBinder_Class_define(
+            "tests.IStable", [](void* args) { return args; }, [](void*) {},
+            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) {
+                return binder_status_t{STATUS_OK};
+            });
+    const SpAIBinder stable(AIBinder_new(stableClass, nullptr));
+    AIBinder_markVintfStability(stable.get());
+    EXPECT_EQ(AServiceManager_addService(stable.get(), kName), EX_ILLEGAL_ARGUMENT);
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(mDirectory.c_str(), 1, 1), 0);
+        EXPECT_EQ(AServiceManager_addService(peer, kName), EX_SECURITY);
+    }
+}
+
+TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
+    PeerProcess first;
+    ASSERT_EQ(first.result, EX_NONE);
+    EXPECT_EQ(PeerProcess().result, EX_ILLEGAL_STATE);
+    first.Kill();
+    EXPECT_TRUE(std::filesystem::is_socket(SocketFile()));
+    EXPECT_EQ(Find(), nullptr);
+    EXPECT_EQ(PeerProcess().result, EX_NONE);
+}
+
+TEST_F(ServiceNames, AreWaitedForUntilSomebodyServesThem) {
+    std::promise<void> waits;
+    auto found = std::async(std::launch::async, [&] {
+        waits.set_value();
+        return IPeer::fromBinder(SpAIBinder(AServiceManager_waitForService(kName)));
+    });
+    waits.get_future().wait();
+    PeerProcess process;
+    std::string text;
+    EXPECT_TRUE(found.get()->visit(nullptr, 5, &text).isOk());
+    EXPECT_EQ(text, "5");
+}
+
+TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
+    PeerProcess process;
+    const std::shared_ptr<IPeer> other = Find();
+    ASSERT_NE(other, nullptr);
+    EXPECT_EQ(Find()->asBinder(), other->asBinder());
+    std::promise<int> told;
+    mPeer->onVisit = [&](const auto&, int32_t, std::string* text) {
+        *text = std::to_string(AIBinder_getCallingPid());
+        EXPECT_EQ(AIBinder_getCallingUid(), getuid());
+        EXPECT_TRUE(AIBinder_isHandlingTransaction());
+        return ScopedAStatus::ok();
+    };
+    mPeer->onTell = [&](int32_t number) { told.set_value(number); };
+    // Within a call the caller's own thread is called back; otherwise one of the pool is needed.
+    std::string text;
+    EXPECT_TRUE(other->visit(mPeer, 5, &text).isOk());
+    EXPECT_EQ(text, std::to_string(process.Pid()));
+    EXPECT_FALSE(AIBinder_isHandlingTransaction());
+    std::promise<void> died;
+    const ndk::ScopedAIBinder_DeathRecipient recipient(AIBinder_DeathRecipient_new(
+            [](void* cookie) { static_cast<std::promise<void>*>(cookie)->set_value(); }));
+    AIBinder* const binder = other->asBinder().get();
+    EXPECT_EQ(AIBinder_linkToDeath(binder, recipient.get(), &died), STATUS_INVALID_OPERATION);
+    ABinderProcess_startThreadPool();
+    EXPECT_FALSE(ABinderProcess_setThreadPoolMaxThreadCount(1));
+    EXPECT_TRUE(other->tell(7).isOk());
+    EXPECT_EQ(told.get_future().get(), 7);
+    EXPECT_EQ(AIBinder_linkToDeath(binder, recipient.get(), &died), STATUS_OK);
+    process.Kill();
+    died.get_future().wait();
+    EXPECT_EQ(AIBinder_ping(binder), STATUS_DEAD_OBJECT);
+}
+
+}  // namespace
+}  // namespace tests
