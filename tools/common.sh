@@ -3,9 +3,11 @@
 
 readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
-readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" "${FORMAT_PACKAGES[@]}" clang-14 clang-tidy-14
-                        libclang-rt-14-dev libgtest-dev shellcheck)
-readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" clang-14 libclang-rt-14-dev libgtest-dev llvm-14)
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
+                            llvm-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
+                        libc++-14-dev libc++abi-14-dev "${FORMAT_PACKAGES[@]}" clang-tidy-14
+                        shellcheck)
 
 say() { printf '\n== %s\n' "$*"; }
 
@@ -68,21 +70,15 @@ need() {
     DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
-# build DIRECTORY TARGET CMAKE-ARGUMENT...: builds below build/, quietly when all is well.
+# build PRESET: configures and builds what CMakePresets.json calls so, in build/PRESET.
 build() {
-    local directory="build/$1" target="$2" output
-    shift 2
-    output="$(cmake -S . -B "$directory" -G Ninja "$@" 2>&1)" || {
+    local output
+    output="$(cmake --preset "$1" 2>&1)" || {
         printf '%s\n' "$output" >&2
-        fail "cmake failed in $directory"
+        fail "cmake failed in build/$1"
     }
-    cmake --build "$directory" --target "$target" -j "$JOBS"
+    cmake --build --preset "$1" -j "$JOBS"
 }
-
-readonly CLANG=-DCMAKE_CXX_COMPILER=clang++-14
-build_gcc() { build gcc all -DCMAKE_CXX_COMPILER=g++; }
-build_asan() { build asan all "$CLANG" -DAON_SANITIZE=address,undefined; }
-build_tsan() { build tsan all "$CLANG" -DAON_SANITIZE=thread; }
 
 JOBS="$(jobs_at_once)"
 readonly JOBS

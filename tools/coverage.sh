@@ -34,11 +34,11 @@ run_coverage() {
     printf '\nline by line: %s\n' "$COVERAGE/html/index.html"
 }
 
-# Each test is a process; those of one program share its counters' file.
+# Each test is a process; those of one program share its counters' files.
 step_counted() {
-    build coverage all "$CLANG" -DCMAKE_BUILD_TYPE=Debug -DAON_COVERAGE=ON
+    build coverage
     rm -rf "$COVERAGE/profiles"
-    LLVM_PROFILE_FILE="$PWD/$COVERAGE/profiles/%4m.profraw" run_tests coverage
+    run_tests coverage
     llvm-profdata-14 merge --sparse -o "$COVERAGE/all.profdata" "$COVERAGE"/profiles/*.profraw
 }
 

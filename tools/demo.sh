@@ -31,7 +31,7 @@ run_demo() {
     done
     need "${RUN_PACKAGES[@]}"
     say "build"
-    build demo aon-demo -DAON_BUILD_TESTS=OFF
+    build demo
     say "demo"
     exec build/demo/bin/aon-demo "$@"
 }

@@ -73,23 +73,23 @@ without_passed_tests() {
     grep -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test .* Passed |^\[[0-9]+/[0-9]+\] ' "$1" || true
 }
 
-# run_tests NAME: all tests of build/NAME.
+# run_tests PRESET: all tests of build/PRESET.
 run_tests() {
-    ctest --test-dir "build/$1" -j "$JOBS" --output-on-failure --no-tests=error
-    printf 'tests: %s\n' "$(ctest --test-dir "build/$1" -N | sed -n 's/^Total Tests: //p')"
+    ctest --preset "$1" -j "$JOBS"
+    printf 'tests: %s\n' "$(ctest --preset "$1" -N | sed -n 's/^Total Tests: //p')"
 }
 
 step_gcc() {
-    build_gcc
+    build gcc
     run_tests gcc
 }
 
 step_asan() {
-    build_asan
+    build asan
     run_tests asan
 }
 
 step_tsan() {
-    build_tsan
+    build tsan
     run_tests tsan
 }

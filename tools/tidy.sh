@@ -68,7 +68,7 @@ step_tidy() {
         printf 'no changed sources\n'
         return
     fi
-    build_asan
+    build asan
     tidy_units
     mkdir -p "$TIDY_CLEAN"
     local hash facts new=()
