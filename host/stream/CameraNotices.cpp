@@ -56,6 +56,11 @@ bool CameraNotices::EnsureThreadLocked() {
     return true;
 }
 
+std::vector<int> CameraNotices::OpenDevices() const {
+    const std::lock_guard lock(mMutex);
+    return {mOpenDevices.begin(), mOpenDevices.end()};
+}
+
 void CameraNotices::WaitUntilDelivered() {
     std::unique_lock lock(mMutex);
     mChanged.wait(lock, [this] { return mNotices.empty() && !mDelivering; });

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <set>
 #include <thread>
+#include <vector>
 
 #include "platform/mtkcam/IAOVStream.h"
 
@@ -32,6 +33,7 @@ class CameraNotices {
     void Close(int instanceId);
     /** Opens and closes the device so many times in a row. */
     void Storm(int instanceId, uint32_t cycles);
+    std::vector<int> OpenDevices() const;
     /** Waits until the callback returned from every notice so far. */
     void WaitUntilDelivered();
     /** Delivers what is left, of a storm only the cycle it is in, and ends the thread; a later
@@ -59,7 +61,7 @@ class CameraNotices {
     void DeliverStorm(const Notice& notice);
     bool Stopping();
 
-    std::mutex mMutex;
+    mutable std::mutex mMutex;
     std::condition_variable mChanged;
     std::weak_ptr<IAovStreamCallback> mListener;
     std::set<int> mOpenDevices;

@@ -53,6 +53,7 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     void OpenCamera(int instanceId) override;
     void CloseCamera(int instanceId) override;
     void StormCamera(int instanceId, uint32_t cycles) override;
+    std::vector<int> OpenCameras() const override;
     void WaitForCameraNotices() override;
     std::vector<CameraStatus> CameraStatusCalls() const override;
     bool Running() const override;

@@ -75,6 +75,10 @@ void SimulatedSensor::StormCamera(int instanceId, uint32_t cycles) {
     mNotices.Storm(instanceId, cycles);
 }
 
+std::vector<int> SimulatedSensor::OpenCameras() const {
+    return mNotices.OpenDevices();
+}
+
 void SimulatedSensor::WaitForCameraNotices() {
     mNotices.WaitUntilDelivered();
 }
