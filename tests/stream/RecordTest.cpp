@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/stream/RecordWriter.h"
-#include "host/stream/Scene.h"
+#include "host/stream/scene/Scene.h"
 
 namespace zarvo::host {
 namespace {
