@@ -20,7 +20,8 @@ namespace {
 
 using Tag = AONResultValue::Tag;
 
-constexpr size_t kShownNumbers = 4;
+/** Of a face: its track id, left and top. Of gaze and angle: all three directions. */
+constexpr size_t kShownNumbers = 3;
 
 struct NamedType {
     int32_t type;
@@ -93,6 +94,12 @@ std::string ServiceTypesText(int32_t serviceTypes) {
         text += type.name;
     }
     return text.empty() ? "none" : text;
+}
+
+std::optional<int32_t> FaceCount(const AONCallBackInfo& info) {
+    const AONResult* count = Find(info, AONResult::RESULT_KEY_FUSION_COUNT);
+    if (count == nullptr || count->value.getTag() != Tag::intValue) return std::nullopt;
+    return count->value.get<Tag::intValue>();
 }
 
 std::string EventText(const AONCallBackInfo& info) {

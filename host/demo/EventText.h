@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONCallBackInfo.h>
@@ -9,6 +11,10 @@ namespace zarvo::host::demo {
 
 /** The names of service types, joined with '+': "fusion+gaze"; "none" for 0. */
 std::string ServiceTypesText(int32_t serviceTypes);
+
+/** How many faces an event tells of; nothing when fusion is not among its results. */
+std::optional<int32_t> FaceCount(
+        const aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo& info);
 
 /** One event in a line: the frame, then each result with its first numbers. */
 std::string EventText(const aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo& info);

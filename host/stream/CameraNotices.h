@@ -19,7 +19,8 @@ namespace zarvo::host {
  *
  * A notice is for the callback of the time of its call, which is held weakly: when there is none,
  * nobody is told. A new callback is told of the devices that are open when it comes. No lock is
- * held while it is called, so it may call the stream. Any thread; Shutdown() not from a notice.
+ * held while it is called, so it may call the stream. Any thread; Shutdown() by one at a time, and
+ * not from a notice.
  */
 class CameraNotices {
   public:
@@ -54,8 +55,10 @@ class CameraNotices {
     };
 
     void PushLocked(Kind kind, int instanceId, uint32_t cycles = 0);
-    /** Whether the thread runs, after trying to start it. */
+    /** Whether a thread serves, after trying to start one. */
     bool EnsureThreadLocked();
+    /** Joins a thread that serves no more, if there is one. */
+    void JoinServedLocked();
     void Run();
     void Deliver(const Notice& notice);
     void DeliverStorm(const Notice& notice);
@@ -68,6 +71,8 @@ class CameraNotices {
     std::deque<Notice> mNotices;
     bool mDelivering = false;
     bool mStopping = false;
+    /** Whether mThread will look for notices again. */
+    bool mServing = false;
     std::thread mThread;
 };
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/common/FaultPoint.h"
-#include "host/stream/Cast.h"
+#include "host/stream/scene/Cast.h"
 #include "platform/mtkcam/IAOVStream.h"
 
 namespace zarvo::host {

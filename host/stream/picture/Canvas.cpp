@@ -1,4 +1,4 @@
-#include "host/stream/Canvas.h"
+#include "host/stream/picture/Canvas.h"
 
 #include <algorithm>
 #include <array>
@@ -58,11 +58,11 @@ void Canvas::FillEllipse(const Ellipse& ellipse, const Ink& ink) {
             [&](size_t row, float y) { FillRow(row, rows.At(y), ink, ellipse.centre); });
 }
 
-void Canvas::FillCommon(const Ellipse& ellipse, const Ellipse& frame, const Ink& ink) {
+void Canvas::FillIntersection(const Ellipse& ellipse, const Ellipse& frame, const Ink& ink) {
     const EllipseRows rows(ellipse);
     const EllipseRows frameRows(frame);
     EachRow(rows.Top(), rows.Bottom(), [&](size_t row, float y) {
-        FillRow(row, rows.At(y).Common(frameRows.At(y)), ink, ellipse.centre);
+        FillRow(row, rows.At(y).Intersection(frameRows.At(y)), ink, ellipse.centre);
     });
 }
 
@@ -70,8 +70,8 @@ void Canvas::FillRing(const Ellipse& outer, const Ellipse& inner, const Ink& ink
     const EllipseRows rows(outer);
     const EllipseRows innerRows(inner);
     EachRow(rows.Top(), rows.Bottom(), [&](size_t row, float y) {
-        const Span whole = rows.At(y);
-        const Span hole = innerRows.At(y);
+        const RowSpan whole = rows.At(y);
+        const RowSpan hole = innerRows.At(y);
         const bool split = hole.left < hole.right;
         FillRow(row, {whole.left, split ? hole.left : whole.right}, ink, outer.centre);
         if (split) FillRow(row, {hole.right, whole.right}, ink, outer.centre);
@@ -108,7 +108,7 @@ void Canvas::DrawFrame(const Box& box, float thickness, Color color) {
     FillBox({box.left + box.width - thickness, box.top, thickness, box.height}, color);
 }
 
-void Canvas::FillRow(size_t row, const Span& span, const Ink& ink, Point middle) {
+void Canvas::FillRow(size_t row, const RowSpan& span, const Ink& ink, Point middle) {
     // Pixel x reaches from x to x + 1 here, and the outermost ones are covered in part.
     const float left = Cut(span.left + 0.5F, mWidth);
     const float right = Cut(span.right + 0.5F, mWidth);

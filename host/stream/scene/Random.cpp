@@ -1,4 +1,4 @@
-#include "host/stream/Random.h"
+#include "host/stream/scene/Random.h"
 
 namespace zarvo::host {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/stream/Cast.h"
+#include "host/stream/scene/Cast.h"
 
 namespace zarvo::host {
 

@@ -1,18 +1,16 @@
-#include "host/stream/PersonPainter.h"
+#include "host/stream/picture/PersonPainter.h"
 
 #include <array>
 #include <cmath>
-#include <numbers>
 
-#include "host/stream/FaceLayout.h"
-#include "host/stream/People.h"
+#include "host/stream/picture/FaceLayout.h"
+#include "host/stream/picture/HeadShape.h"
+#include "host/stream/scene/People.h"
 
 namespace zarvo::host {
 namespace {
 
 using Hair = Person::Hair;
-
-constexpr float kDegree = std::numbers::pi_v<float> / 180;
 
 constexpr Color kEyeWhite = Color::FromRgb(236, 232, 228);
 constexpr Color kPupil = Color::FromRgb(18, 16, 16);
@@ -66,7 +64,7 @@ class PersonPainter {
                 halfHeight * unit, mFace.roll};
     }
     /** How far the back of the head shows at a side. */
-    float Back() const { return -std::sin(mFace.yaw * kDegree); }
+    float Back() const { return -std::sin(Radians(mFace.yaw)); }
     /** The body's points do not follow the head. */
     Point Body(float right, float down) const {
         const float unit = mHead.Unit();
@@ -109,7 +107,7 @@ class PersonPainter {
             cap.centre = mHead.Beside(cap.centre, 0, -0.05F * mHead.Unit());
             cap.halfWidth *= 1.07F;
             cap.halfHeight *= 1.04F;
-            mCanvas.FillCommon(cap, Around(0.55F * Back(), -0.62F, 1.1F, 0.95F), HairInk());
+            mCanvas.FillIntersection(cap, Around(0.55F * Back(), -0.62F, 1.1F, 0.95F), HairInk());
         }
         if (allHair) return;
         for (const float side : {-0.75F, 0.75F})
@@ -124,8 +122,8 @@ class PersonPainter {
     }
 
     void DrawBeard() {
-        mCanvas.FillCommon(mHead.Patch({0, 0.52F}, 0.63F, 0.52F),
-                           mHead.Patch({0, 0.3F}, 0.69F, 0.8F), HairInk(1.1F));
+        mCanvas.FillIntersection(mHead.Patch({0, 0.52F}, 0.63F, 0.52F),
+                                 mHead.Patch({0, 0.3F}, 0.69F, 0.8F), HairInk(1.1F));
         Patch({0, 0.16F}, 0.59F, 0.42F, SkinInk());
     }
 
@@ -160,11 +158,12 @@ class PersonPainter {
         Patch({side, -0.1F}, 0.18F, open + 0.018F, SkinInk(0.36F));
         if (open < 0.01F) return;
         const Ellipse opening = mHead.Patch({side, -0.08F}, 0.165F, open);
-        mCanvas.FillCommon(opening, opening, Shaded(kEyeWhite));
+        mCanvas.FillEllipse(opening, Shaded(kEyeWhite));
         const float unit = mHead.Unit();
         const Point pupil = PupilOf(opening.centre);
         const auto disc = [&](Point middle, float radius, Color color) {
-            mCanvas.FillCommon({middle, radius * unit, radius * unit}, opening, Shaded(color));
+            mCanvas.FillIntersection({middle, radius * unit, radius * unit}, opening,
+                                     Shaded(color));
         };
         disc(pupil, 0.092F, mPerson.iris.Lit(0.55F));
         disc(pupil, 0.078F, mPerson.iris);
@@ -175,10 +174,10 @@ class PersonPainter {
     /** The pupil is on a ball that looks into the room, in an opening that turns with the head. */
     Point PupilOf(Point opening) const {
         const float radius = 0.19F * mHead.Unit();
-        const Point middle = mHead.Beside(opening, -radius * std::sin(mFace.yaw * kDegree),
-                                          -radius * std::sin(mFace.pitch * kDegree));
-        return {middle.x + radius * std::sin(mFace.gazeYaw * kDegree),
-                middle.y + radius * std::sin(mFace.gazePitch * kDegree)};
+        const Point middle = mHead.Beside(opening, -radius * std::sin(Radians(mFace.yaw)),
+                                          -radius * std::sin(Radians(mFace.pitch)));
+        return {middle.x + radius * std::sin(Radians(mFace.gazeYaw)),
+                middle.y + radius * std::sin(Radians(mFace.gazePitch))};
     }
 
     void DrawBrows() {

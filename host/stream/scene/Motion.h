@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/stream/Scene.h"
-#include "host/stream/Visits.h"
+#include "host/stream/scene/Scene.h"
+#include "host/stream/scene/Visits.h"
 
 namespace zarvo::host {
 

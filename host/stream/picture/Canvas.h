@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <span>
 
-#include "host/stream/Color.h"
-#include "host/stream/Shapes.h"
+#include "host/stream/picture/Shapes.h"
+#include "host/stream/scene/Color.h"
 
 namespace zarvo::host {
 
@@ -30,7 +30,7 @@ class Canvas {
     void FillShaded(Color color, std::span<const float> rowLuma, std::span<const float> columnLuma);
     void FillEllipse(const Ellipse& ellipse, const Ink& ink);
     /** Only what lies inside both. */
-    void FillCommon(const Ellipse& ellipse, const Ellipse& frame, const Ink& ink);
+    void FillIntersection(const Ellipse& ellipse, const Ellipse& frame, const Ink& ink);
     /** Only what lies outside of `inner`, a smaller ellipse inside the outer one. */
     void FillRing(const Ellipse& outer, const Ellipse& inner, const Ink& ink);
     /** Corners in order; the shape is convex. */
@@ -48,7 +48,7 @@ class Canvas {
     void EachRow(float top, float bottom, Fill fill);
     void FillBox(const Box& box, Color color);
     /** Fills one row's span, cut to the picture; `middle` is where the ink's colour holds. */
-    void FillRow(size_t row, const Span& span, const Ink& ink, Point middle);
+    void FillRow(size_t row, const RowSpan& span, const Ink& ink, Point middle);
     void FillLuma(uint8_t* row, size_t begin, size_t end, float luma, float step);
     void FillChroma(size_t row, size_t begin, size_t end, Color color);
 

@@ -1,12 +1,11 @@
-#include "host/stream/Motion.h"
+#include "host/stream/scene/Motion.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
-#include "host/stream/Ease.h"
-#include "host/stream/People.h"
-#include "host/stream/Random.h"
+#include "host/stream/scene/Curves.h"
+#include "host/stream/scene/People.h"
+#include "host/stream/scene/Random.h"
 
 namespace zarvo::host {
 namespace {
@@ -94,8 +93,7 @@ class Mover {
     }
     /** A slow wave between -1 and 1. */
     float Sway(Channel channel, double period) const {
-        const double turns = mVisit.sinceEntry / period + RandomBetween(Seed(channel), 0, 0, 1);
-        return static_cast<float>(std::sin(2 * std::numbers::pi * (turns - std::floor(turns))));
+        return Wave(mVisit.sinceEntry / period + RandomBetween(Seed(channel), 0, 0, 1));
     }
 
     void Stand(Face& face) const {

@@ -1,11 +1,11 @@
-#include "host/stream/Visits.h"
+#include "host/stream/scene/Visits.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "host/stream/Ease.h"
-#include "host/stream/People.h"
-#include "host/stream/Random.h"
+#include "host/stream/scene/Curves.h"
+#include "host/stream/scene/People.h"
+#include "host/stream/scene/Random.h"
 
 namespace zarvo::host {
 namespace {

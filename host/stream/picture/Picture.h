@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/stream/Canvas.h"
-#include "host/stream/Scene.h"
+#include "host/stream/picture/Canvas.h"
+#include "host/stream/scene/Scene.h"
 
 namespace zarvo::host {
 

@@ -1,14 +1,12 @@
-#include "host/stream/Scene.h"
+#include "host/stream/scene/Scene.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <numbers>
 
-#include "host/stream/Ease.h"
-#include "host/stream/Motion.h"
-#include "host/stream/Random.h"
-#include "host/stream/Visits.h"
+#include "host/stream/scene/Curves.h"
+#include "host/stream/scene/Motion.h"
+#include "host/stream/scene/Random.h"
+#include "host/stream/scene/Visits.h"
 
 namespace zarvo::host {
 namespace {
@@ -16,9 +14,8 @@ namespace {
 enum Channel : uint64_t { kRotation, kLight };
 
 /** A slow wave between -1 and 1. */
-float Wave(uint64_t seed, Channel channel, double seconds, double period) {
-    const double turns = seconds / period + RandomBetween(seed, channel, 0, 1);
-    return static_cast<float>(std::sin(2 * std::numbers::pi * (turns - std::floor(turns))));
+float Sway(uint64_t seed, Channel channel, double seconds, double period) {
+    return Wave(seconds / period + RandomBetween(seed, channel, 0, 1));
 }
 
 /** Turns a face around the picture's middle. */
@@ -36,21 +33,13 @@ float ConfidenceOf(const Face& face, float aspect) {
 
 }  // namespace
 
-Point Turned(Point point, float degrees, Point around) {
-    const float angle = degrees * std::numbers::pi_v<float> / 180;
-    const float c = std::cos(angle);
-    const float s = std::sin(angle);
-    const float x = point.x - around.x;
-    const float y = point.y - around.y;
-    return {around.x + x * c - y * s, around.y + x * s + y * c};
-}
-
 Scene SceneAt(Cast cast, uint64_t seed, double seconds, float aspect) {
+    static_assert(Company::kMost <= Scene::kMaxFaces);
     Scene scene;
     // A very wide picture would be turned out of itself.
     const float tilt = 2.5F * std::min(1.0F, 2 / aspect);
-    scene.rotation = tilt * Wave(seed, kRotation, seconds, 23);
-    scene.light = 1 + 0.05F * Wave(seed, kLight, seconds, 19);
+    scene.rotation = tilt * Sway(seed, kRotation, seconds, 23);
+    scene.light = 1 + 0.05F * Sway(seed, kLight, seconds, 19);
     const Company company = WhoIsThere(cast, seed, seconds);
     for (; scene.shownCount < company.count; ++scene.shownCount) {
         Face& face = scene.faces[scene.shownCount];

@@ -1,4 +1,4 @@
-#include "host/stream/Room.h"
+#include "host/stream/picture/Room.h"
 
 #include <array>
 #include <cmath>

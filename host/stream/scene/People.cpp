@@ -1,4 +1,4 @@
-#include "host/stream/People.h"
+#include "host/stream/scene/People.h"
 
 #include <array>
 

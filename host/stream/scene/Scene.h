@@ -4,21 +4,16 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/stream/Cast.h"
+#include "host/stream/scene/Cast.h"
+#include "host/stream/scene/Point.h"
 
 namespace zarvo::host {
 
-/** A place or a length in the picture, counted in picture heights: y from 0 at the top to 1, x
- * from 0 at the left to the picture's aspect ratio. */
-struct Point {
-    float x = 0;
-    float y = 0;
-};
-
-/** The point turned clockwise. */
-Point Turned(Point point, float degrees, Point around);
-
-/** A face in front of the sensor. Angles are in degrees and zero when it faces the sensor. */
+/**
+ * A face in front of the sensor. Places and lengths are counted in picture heights: y from 0 at the
+ * top to 1, x from 0 at the left to the picture's aspect ratio. Angles are in degrees and zero when
+ * it faces the sensor.
+ */
 struct Face {
     /** New with every visit. */
     int32_t trackId = 0;

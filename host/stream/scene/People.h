@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "host/stream/Color.h"
+#include "host/stream/scene/Color.h"
 
 namespace zarvo::host {
 

@@ -1,12 +1,12 @@
-#include "host/stream/Picture.h"
+#include "host/stream/picture/Picture.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-#include "host/stream/FaceLayout.h"
-#include "host/stream/PersonPainter.h"
-#include "host/stream/Room.h"
+#include "host/stream/picture/FaceLayout.h"
+#include "host/stream/picture/PersonPainter.h"
+#include "host/stream/picture/Room.h"
 
 namespace zarvo::host {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "host/stream/Scene.h"
+#include "host/stream/scene/Point.h"
 
 namespace zarvo::host {
 
@@ -19,11 +19,11 @@ struct Ellipse {
 };
 
 /** What a shape covers of a row; nothing when `right` is not beyond `left`. */
-struct Span {
+struct RowSpan {
     float left = 0, right = 0;
 
     /** What both cover. */
-    Span Common(const Span& other) const;
+    RowSpan Intersection(const RowSpan& other) const;
 };
 
 /** An ellipse row by row. */
@@ -33,7 +33,7 @@ class EllipseRows {
 
     float Top() const { return mCentre.y - mReach; }
     float Bottom() const { return mCentre.y + mReach; }
-    Span At(float row) const;
+    RowSpan At(float row) const;
 
   private:
     const Point mCentre;
@@ -43,6 +43,6 @@ class EllipseRows {
 };
 
 /** A row of a convex polygon. */
-Span PolygonRow(std::span<const Point> corners, float row);
+RowSpan PolygonRow(std::span<const Point> corners, float row);
 
 }  // namespace zarvo::host
