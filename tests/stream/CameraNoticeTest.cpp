@@ -99,6 +99,7 @@ TEST_F(CameraNoticeTest, ComeOneAfterAnotherAlsoWhenOneOrdersAnotherDuringShutdo
     const std::vector<std::thread::id> threads = mListener->NoticeThreads();
     EXPECT_EQ(threads.front(), threads.back());
     other.join();
+    mControl.CloseCamera(7);
     mControl.CloseCamera(8);
     mControl.WaitForCameraNotices();
     EXPECT_EQ(mListener->Notices().back(), "close 8");
