@@ -12,10 +12,10 @@
 #include <thread>
 
 #include "host/ctl/Command.h"
-#include "host/ctl/EventJson.h"
 #include "host/ctl/Sensors.h"
 #include "host/ctl/Service.h"
-#include "host/demo/EventText.h"
+#include "host/text/EventJson.h"
+#include "host/text/EventText.h"
 
 namespace zarvo::host::ctl {
 namespace {
@@ -73,11 +73,11 @@ class Callback : public BnAONServiceCallBack {
     explicit Callback(bool json) : mJson(json) {}
 
     ndk::ScopedAStatus onAONEvent(int64_t, const AONCallBackInfo& info) override {
-        Queue().Push({News::kEvent, mJson ? EventJson(info) : demo::EventText(info)});
+        Queue().Push({News::kEvent, mJson ? EventJson(info) : EventText(info)});
         return ndk::ScopedAStatus::ok();
     }
     ndk::ScopedAStatus onSensorStateChanged(int64_t, const AONSensorStateInfo& info) override {
-        Queue().Push({KindOf(info), mJson ? StateJson(info) : demo::StateText(info)});
+        Queue().Push({KindOf(info), mJson ? StateJson(info) : StateText(info)});
         return ndk::ScopedAStatus::ok();
     }
 

@@ -9,7 +9,7 @@
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
 
-#include "host/demo/EventText.h"
+#include "host/text/EventText.h"
 
 namespace zarvo::host::demo {
 

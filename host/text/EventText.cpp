@@ -1,4 +1,4 @@
-#include "host/demo/EventText.h"
+#include "host/text/EventText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONResult.h>
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 
 using aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo;
 using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
@@ -128,4 +128,4 @@ std::string StateText(const AONSensorStateInfo& info) {
     }
 }
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host

@@ -1,4 +1,4 @@
-#include "host/ctl/EventJson.h"
+#include "host/text/EventJson.h"
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONResult.h>
 
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-namespace zarvo::host::ctl {
+namespace zarvo::host {
 namespace {
 
 using aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo;
@@ -102,4 +102,4 @@ std::string StateJson(const AONSensorStateInfo& info) {
            ",\"state\":" + std::to_string(info.state) + '}';
 }
 
-}  // namespace zarvo::host::ctl
+}  // namespace zarvo::host

@@ -7,7 +7,7 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONCallBackInfo.h>
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorStateInfo.h>
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 
 /** The names of service types, joined with '+': "fusion+gaze"; "none" for 0. */
 std::string ServiceTypesText(int32_t serviceTypes);
@@ -22,4 +22,4 @@ std::string EventText(const aidl::vendor::zarvo::hardware::camera::aon::AONCallB
 /** A sensor's new state in words. */
 std::string StateText(const aidl::vendor::zarvo::hardware::camera::aon::AONSensorStateInfo& info);
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host
