@@ -46,6 +46,7 @@ kill $service; wait $service; service=$?
 echo "client $client, service $service"
 [ $client = 0 ] && { [ $service = 0 ] || [ $service = 143 ]; }
 ]])
+execute_process(COMMAND "${prefix}/bin/aonctl" --version COMMAND_ERROR_IS_FATAL ANY)
 foreach(client build/aon-example-client by-pkg-config)
   execute_process(
     COMMAND sh -c "${session}" sh
