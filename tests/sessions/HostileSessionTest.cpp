@@ -63,6 +63,16 @@ class HostileSession : public testing::Test {
         EXPECT_EQ(Receive(socket, 16 + 20 + 16).substr(80, 16), kRoot);
         return socket;
     }
+    /** Opens more connections than there may be and says `hello` on each; how many were taken. */
+    int Crowd(const std::string& hello, std::vector<Socket>* crowd) {
+        for (int i = 0; i < 300; ++i) {
+            auto [near, far] = Socket::Pair();
+            if (!mServer->Accept(std::move(far))) return i;
+            Send(near, hello);
+            crowd->push_back(std::move(near));
+        }
+        return 300;
+    }
     /** Whether another client is served as if nothing were. */
     bool ServesTheNext() {
         const auto session = ConnectRpc({.dial = [this] { return Dial(); }});
@@ -165,16 +175,22 @@ TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
 
 TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
     std::vector<Socket> silent;
-    for (int i = 0; i < 300; ++i) {
-        auto [near, far] = Socket::Pair();
-        mServer->Accept(std::move(far));
-        silent.push_back(std::move(near));
-    }
-    // Those beyond the limit are closed at once, the others when they go.
-    EXPECT_EQ(Receive(silent.back(), 1), "closed");
+    EXPECT_GT(Crowd("", &silent), 0);
     silent.clear();
     while (!ServesTheNext())
         std::this_thread::yield();
+}
+
+TEST_F(HostileSession, MayNotHoardConnectionsToBeCalledOn) {
+    const Socket session = Greeted();
+    Send(session, Call(kZeros.substr(0, 16), 2));
+    const std::string id = Receive(session, 16 + 20 + 4 + 32).substr(80);
+    std::vector<Socket> hoard;
+    const int taken = Crowd("01000000 01 00 0000000000000000 2000" + id, &hoard);
+    EXPECT_GT(taken, 0);
+    EXPECT_LT(taken, 200);
+    Send(session, Call(kRoot, 0x5F504E47));
+    EXPECT_NE(Receive(session, 36), "closed");
 }
 
 }  // namespace

@@ -90,8 +90,6 @@ class Player {
     std::string mId;
 };
 
-/** Begins the call that carries the event. */
-constexpr char kEventCall[] = "00000000c8000000";
 constexpr char kLastReplyToClient[] =
         "020000001000000000000000000000000300000000000000010000000000";
 

@@ -9,7 +9,11 @@ thread_local const CallContext* tCurrent = nullptr;
 }  // namespace
 
 CallContext::CallContext(const Session* session, Connection* connection, bool oneway)
-    : mSession(session), mConnection(connection), mOneway(oneway), mOuter(tCurrent) {
+    : mSession(session),
+      mConnection(connection),
+      mOneway(oneway),
+      mDepth(Depth() + 1),
+      mOuter(tCurrent) {
     tCurrent = this;
 }
 
@@ -19,6 +23,10 @@ CallContext::~CallContext() {
 
 const CallContext* CallContext::Current() {
     return tCurrent;
+}
+
+int CallContext::Depth() {
+    return tCurrent == nullptr ? 0 : tCurrent->mDepth;
 }
 
 Connection* CallContext::WaitingCaller(const Session* session) {

@@ -22,12 +22,16 @@ class CallContext {
      * it serves none. */
     static Connection* WaitingCaller(const Session* session);
 
+    /** How many calls this thread serves, one inside the other. */
+    static int Depth();
+
     const PeerProcess& Caller() const { return mConnection->Peer(); }
 
   private:
     const Session* const mSession;
     Connection* const mConnection;
     const bool mOneway;
+    const int mDepth;
     const CallContext* const mOuter;
 };
 

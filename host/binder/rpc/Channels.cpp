@@ -12,13 +12,17 @@ void Channels::SetGrowth(Open open, size_t most) {
 }
 
 void Channels::Add(Shared connection) {
+    AddInUse(connection);
+    Release(connection);
+}
+
+void Channels::AddInUse(Shared connection) {
     const std::lock_guard lock(mMutex);
     if (mClosed) {
         connection->Shutdown();
         return;
     }
-    mChannels.push_back({std::move(connection), {}, 0});
-    mChanged.notify_all();
+    mChannels.push_back({std::move(connection), std::this_thread::get_id(), 1});
 }
 
 bool Channels::IsEmpty() const {

@@ -27,6 +27,8 @@ class Channels {
     void SetGrowth(Open open, size_t most);
     /** One that the session got otherwise. */
     void Add(Shared connection);
+    /** The same, for this thread until it releases it. */
+    void AddInUse(Shared connection);
     bool IsEmpty() const;
 
     /**

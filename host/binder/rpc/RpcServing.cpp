@@ -145,6 +145,10 @@ bool RpcSession::ServeOneway(Connection& connection, const wire::TransactBody& b
 binder_status_t RpcSession::Execute(Connection& connection, LocalBinder& target,
                                     const wire::TransactBody& body, const AParcel& request,
                                     AParcel* reply) {
+    if (CallContext::Depth() >= wire::kMostNestedCalls) {
+        BINDER_LOGE("a call is refused: it would be inside %d others", wire::kMostNestedCalls);
+        return STATUS_FAILED_TRANSACTION;
+    }
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
     const CallContext context(this, &connection, oneway);
     return target.Transact(body.code, request, reply, body.flags);
