@@ -150,7 +150,9 @@ binder_status_t RpcSession::Execute(Connection& connection, LocalBinder& target,
         return STATUS_FAILED_TRANSACTION;
     }
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
-    const CallContext context(this, &connection, oneway);
+    const CallContext context(
+            this, &connection,
+            oneway ? CallContext::Role::kServesOneway : CallContext::Role::kServes);
     return target.Transact(body.code, request, reply, body.flags);
 }
 

@@ -31,11 +31,10 @@ binder_status_t RpcSession::Transact(uint64_t address, transaction_code_t code, 
     body.flags = flags;
     body.parcelBytes = static_cast<uint32_t>(in.Size());
     const bool oneway = (flags & FLAG_ONEWAY) != 0;
-    if (Connection* const caller = oneway ? nullptr : CallContext::WaitingCaller(this)) {
-        return Call(*caller, body, in, reply);
-    }
+    Connection* const caller = CallContext::WaitingCaller(this);
+    if (caller != nullptr && !oneway) return Call(*caller, body, in, reply);
     Channels::Shared connection;
-    const binder_status_t status = mOutgoing.Acquire(oneway, &connection);
+    const binder_status_t status = mOutgoing.Acquire(oneway, caller, &connection);
     if (status != STATUS_OK) return status;
     const binder_status_t result = Call(*connection, body, in, reply);
     mOutgoing.Release(connection);
@@ -61,6 +60,7 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
     in.HandOver();
     const std::array parts{iovec{&command, sizeof(command)}, iovec{&sent, sizeof(sent)},
                            iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
+    const CallContext context(this, &connection, CallContext::Role::kCalls);
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
     return oneway ? STATUS_OK : AwaitReply(connection, reply);
 }
