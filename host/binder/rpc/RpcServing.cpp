@@ -129,14 +129,17 @@ bool RpcSession::ServeOneway(Connection& connection, const wire::TransactBody& b
     if (!mTable.Queue(body.address, body.asyncNumber, {body, std::move(request)})) {
         return Break("too many oneway calls wait for an earlier one");
     }
+    bool ran = false;
     while (IsAlive()) {
         const auto call = mTable.NextOneway(body.address);
         if (!call) break;
         AParcel unsent(Self());
         Execute(connection, *target.Get(), call->body, *call->request, &unsent);
         mTable.EndOneway(body.address);
+        ran = true;
     }
-    Owe(body.address, mTable.Acknowledge(body.address));
+    // One that waits keeps the object, until whoever runs it acknowledges both.
+    if (ran) Owe(body.address, mTable.Acknowledge(body.address));
     SendOwed(&connection);
     EndIfUsedUp();
     return IsAlive();

@@ -132,7 +132,12 @@ bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
         all[2 * i + 1] = {&owed[i], sizeof(owed[i])};
     }
     std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(2 * count));
-    return connection.Send(std::span(all).first(2 * count + parts.size())) || Lose();
+    Connection::Acknowledgements received;
+    if (!connection.Send(std::span(all).first(2 * count + parts.size()), &received)) return Lose();
+    // Not before the whole message is out: what ends here may send, too.
+    for (const wire::DecStrongBody& body : received)
+        mTable.TakeBack(body.address, body.amount);
+    return true;
 }
 
 void RpcSession::Owe(uint64_t address, uint32_t amount) {
@@ -181,7 +186,11 @@ binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinde
     Ref<AIBinder> found;
     const binder_status_t status = mTable.Receive(address, stability, Self(), &found);
     if (status != STATUS_OK) return status;
-    if (found->AsLocal() != nullptr) Owe(address, mTable.Acknowledge(address));
+    if (found->AsLocal() != nullptr) {
+        Owe(address, mTable.Acknowledge(address));
+        // Otherwise it travels with the reply to who waits.
+        if (CallContext::WaitingCaller(this) == nullptr) SendOwed(nullptr);
+    }
     *object = found.Release();
     return STATUS_OK;
 }
