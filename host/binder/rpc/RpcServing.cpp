@@ -15,11 +15,8 @@ void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
 }
 
 bool RpcSession::OpenIncoming(size_t count) {
-    {
-        const std::lock_guard lock(mMutex);
-        if (std::exchange(mIncomingOpened, true)) return true;
-    }
-    for (size_t i = 0; i < count; ++i) {
+    const std::lock_guard lock(mOpeningMutex);
+    for (; mIncomingOpened < count; ++mIncomingOpened) {
         const Channels::Shared connection = mOpenIncoming();
         if (connection == nullptr || !SpawnServing(connection)) return false;
     }
