@@ -91,17 +91,17 @@ void* AIBinder_getUserData(AIBinder* binder) {
 }
 
 uid_t AIBinder_getCallingUid() {
-    const CallContext* const call = CallContext::Current();
+    const CallContext* const call = CallContext::Served();
     return call == nullptr ? getuid() : call->Caller().uid;
 }
 
 pid_t AIBinder_getCallingPid() {
-    const CallContext* const call = CallContext::Current();
+    const CallContext* const call = CallContext::Served();
     return call == nullptr ? getpid() : call->Caller().pid;
 }
 
 bool AIBinder_isHandlingTransaction() {
-    return CallContext::Current() != nullptr;
+    return CallContext::Served() != nullptr;
 }
 
 binder_status_t AIBinder_setExtension(AIBinder* binder, AIBinder* ext) {

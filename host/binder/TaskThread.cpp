@@ -17,7 +17,7 @@ bool TaskThread::Start() {
 
 bool TaskThread::Post(std::function<void()> task) {
     const std::lock_guard lock(mQueue->mutex);
-    if (mQueue->finished || !StartLocked()) return false;
+    if (!StartLocked()) return false;
     mQueue->tasks.push_back(std::move(task));
     mQueue->changed.notify_one();
     return true;
@@ -37,7 +37,7 @@ void TaskThread::Discard() {
 
 bool TaskThread::IsThisThread() const {
     const std::lock_guard lock(mQueue->mutex);
-    return mThread.get_id() == std::this_thread::get_id();
+    return mQueue->thread == std::this_thread::get_id();
 }
 
 void TaskThread::Join() {
@@ -49,12 +49,15 @@ void TaskThread::LetGo() {
 }
 
 bool TaskThread::StartLocked() {
+    // After Finish the thread belongs to who joins it.
+    if (mQueue->finished) return false;
     if (mThread.joinable()) return true;
     try {
         mThread = std::thread([queue = mQueue] { Run(queue); });
     } catch (const std::system_error&) {
         return false;
     }
+    mQueue->thread = mThread.get_id();
     return true;
 }
 

@@ -22,7 +22,8 @@ class TaskThread {
     /** Finishes, discards, and lets the thread go if it was not joined. */
     ~TaskThread();
 
-    /** Starts the thread, if it does not run yet; false if the system has none to give. */
+    /** Starts the thread, if it does not run yet; false after Finish, or if the system has none to
+     * give. */
     bool Start();
     /** Starts the thread and gives it a task; false after Finish or without a thread. */
     bool Post(std::function<void()> task);
@@ -43,6 +44,7 @@ class TaskThread {
         std::condition_variable changed;
         std::deque<std::function<void()>> tasks;  // mutex
         bool finished = false;                    // mutex
+        std::thread::id thread;                   // mutex
     };
 
     bool StartLocked();

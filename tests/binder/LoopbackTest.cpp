@@ -46,6 +46,23 @@ TEST_F(LoopbackTest, CallsBackArriveOnTheThreadThatWaits) {
     EXPECT_EQ(visitor->visits, 5);
 }
 
+TEST_F(LoopbackTest, CallsInsideCallsEndBeforeTheStackDoes) {
+    const auto visitor = SharedRefBase::make<Peer>();
+    ASSERT_EQ(Visit(visitor), STATUS_OK);
+    const auto callBy = [](const std::shared_ptr<IPeer>& next) {
+        return [next](const auto&, int32_t number, std::string* text) {
+            return next->visit(nullptr, number, text);
+        };
+    };
+    visitor->onVisit = callBy(mProxy);
+    mPeer->onVisit = callBy(mPeer->visitor);
+    EXPECT_EQ(Visit(), STATUS_FAILED_TRANSACTION);
+    EXPECT_GT(mPeer->visits, 50);
+    EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_OK);
+    mPeer->onVisit = nullptr;
+    visitor->onVisit = nullptr;
+}
+
 TEST_F(LoopbackTest, ErrorsOfMethodsReachTheCaller) {
     mPeer->onVisit = [](const auto&, int32_t number, std::string*) {
         if (number == 0) return ScopedAStatus::fromStatus(STATUS_BAD_VALUE);

@@ -1,78 +1,20 @@
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
-
-#include "host/binder/rpc/RpcClient.h"
-#include "host/binder/rpc/RpcServer.h"
-#include "tests/binder/Hex.h"
-#include "tests/binder/Peer.h"
+#include "tests/sessions/ServerTest.h"
 
 namespace tests {
 namespace {
 
-using namespace ::zarvo::host;
-
-// Messages of a client, as hexadecimal text.
-const std::string kZeros(64, '0');
-const std::string kHello = "01000000 00 00 0000000000000000 0000";
-const std::string kInit = "63636900 00000000";
-const std::string kRoot = "0300000000000000";
-
-std::string U32(uint32_t value) {
-    return Hex(std::span(reinterpret_cast<const uint8_t*>(&value), sizeof(value)));
-}
-std::string Command(uint32_t command, uint32_t bodyBytes) {
-    return U32(command) + U32(bodyBytes) + kZeros.substr(0, 16);
-}
-std::string Call(const std::string& address, uint32_t code, const std::string& parcel = "",
-                 uint32_t flags = 0, uint32_t number = 0) {
-    const auto bytes = static_cast<uint32_t>(BytesOf(parcel).size());
-    return Command(0, 40 + bytes) + address + U32(code) + U32(flags) + U32(number) + U32(0) +
-           U32(bytes) + kZeros.substr(0, 24) + parcel;
-}
-
-/** A server, and raw sockets to it. */
-class HostileSession : public testing::Test {
+class HostileSession : public ServerTest {
   protected:
-    ~HostileSession() override {
-        mServer->Close();
-        mServer->JoinThreads();
+    /** Opens more connections than there may be and says `hello` on each; how many were taken. */
+    int Crowd(const std::string& hello, std::vector<Socket>* crowd) {
+        for (int i = 0; i < 300; ++i) {
+            auto [near, far] = Socket::Pair();
+            if (!mServer->Accept(std::move(far))) return i;
+            Send(near, hello);
+            crowd->push_back(std::move(near));
+        }
+        return 300;
     }
-
-    Socket Dial() {
-        auto [near, far] = Socket::Pair();
-        EXPECT_TRUE(mServer->Accept(std::move(far)));
-        return std::move(near);
-    }
-    static void Send(const Socket& socket, const std::string& hex) {
-        std::vector<uint8_t> bytes = BytesOf(hex);
-        std::array part{iovec{bytes.data(), bytes.size()}};
-        socket.Send(part);
-    }
-    static std::string Receive(const Socket& socket, size_t length) {
-        std::vector<uint8_t> bytes(length);
-        return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
-    }
-    /** A session that has the root. */
-    Socket Greeted() {
-        Socket socket = Dial();
-        Send(socket, kHello + kInit + Call(kZeros.substr(0, 16), 0));
-        EXPECT_EQ(Receive(socket, 8), "0100000000000000");
-        EXPECT_EQ(Receive(socket, 16 + 20 + 16).substr(80, 16), kRoot);
-        return socket;
-    }
-    /** Whether another client is served as if nothing were. */
-    bool ServesTheNext() {
-        const auto session = ConnectRpc({.dial = [this] { return Dial(); }});
-        const ndk::SpAIBinder root(session == nullptr ? nullptr : AskRoot(*session).Release());
-        return AIBinder_ping(root.get()) == STATUS_OK;
-    }
-
-    const std::shared_ptr<Peer> mPeer = SharedRefBase::make<Peer>();
-    const std::shared_ptr<RpcServer> mServer = std::make_shared<RpcServer>(
-            RpcServer::Settings{.threads = 2}, Ref<AIBinder>::Share(mPeer->asBinder().get()));
 };
 
 TEST_F(HostileSession, IsNotBegunByWhatIsNoGreeting) {
@@ -126,7 +68,7 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
         int32_t status;
     };
     const Case cases[] = {
-            {Call(kZeros.substr(0, 16), 7), STATUS_UNKNOWN_TRANSACTION},
+            {Call(kSpecial, 7), STATUS_UNKNOWN_TRANSACTION},
             {Call(kRoot, 0), STATUS_UNKNOWN_TRANSACTION},
             {Call(kRoot, 1), STATUS_BAD_TYPE},
             {Call("0500000000000000", 1), STATUS_BAD_VALUE},
@@ -165,16 +107,22 @@ TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
 
 TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
     std::vector<Socket> silent;
-    for (int i = 0; i < 300; ++i) {
-        auto [near, far] = Socket::Pair();
-        mServer->Accept(std::move(far));
-        silent.push_back(std::move(near));
-    }
-    // Those beyond the limit are closed at once, the others when they go.
-    EXPECT_EQ(Receive(silent.back(), 1), "closed");
+    EXPECT_GT(Crowd("", &silent), 0);
     silent.clear();
     while (!ServesTheNext())
         std::this_thread::yield();
+}
+
+TEST_F(HostileSession, MayNotHoardConnectionsToBeCalledOn) {
+    const Socket session = Greeted();
+    Send(session, Call(kSpecial, wire::kGetSessionId));
+    const std::string id = Receive(session, 16 + 20 + 4 + 32).substr(80);
+    std::vector<Socket> hoard;
+    const int taken = Crowd("01000000 01 00 0000000000000000 2000" + id, &hoard);
+    EXPECT_GT(taken, 0);
+    EXPECT_LT(taken, 200);
+    Send(session, Call(kRoot, 0x5F504E47));
+    EXPECT_NE(Receive(session, 36), "closed");
 }
 
 }  // namespace

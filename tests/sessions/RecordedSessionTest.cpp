@@ -90,8 +90,8 @@ class Player {
     std::string mId;
 };
 
-/** The acknowledgement behind each call of the root. */
-constexpr char kAcknowledgement[] = "020000001000000000000000000000000300000000000000010000000000";
+constexpr char kLastReplyToClient[] =
+        "020000001000000000000000000000000300000000000000010000000000";
 
 /** Answers as the recorded service did. */
 class RecordedService : public BnAONService {
@@ -138,7 +138,7 @@ TEST(RecordedSession, IsWhatAClientHearsFromOurServer) {
     };
     // Up to the acknowledgement that follows the last call's reply.
     for (int i = 0; i < 3; ++i)
-        client.PlayUntil(kAcknowledgement);
+        client.PlayUntil(kLastReplyToClient);
     std::thread event(
             [&] { EXPECT_TRUE(service->callback->onAONEvent(0x1001, RecordedEvent()).isOk()); });
     client.PlayToTheEnd();

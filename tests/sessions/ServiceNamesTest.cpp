@@ -1,6 +1,7 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
 #include <android/binder_stability.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -154,6 +155,44 @@ TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
     process.Kill();
     died.get_future().wait();
     EXPECT_EQ(AIBinder_ping(binder), STATUS_DEAD_OBJECT);
+}
+
+TEST_F(ServiceNames, AreAwaitedByManyAtOnceAndEndedByAny) {
+    ABinderProcess_startThreadPool();
+    const ndk::ScopedAIBinder_DeathRecipient recipient(AIBinder_DeathRecipient_new([](void*) {}));
+    std::vector<std::thread> waiting;
+    for (int32_t i = 0; i < 8; ++i) {
+        waiting.emplace_back([&recipient, i] {
+            // The last one who lets go ends the session that the others are about to find.
+            for (int round = 0; round < 20; ++round) {
+                const SpAIBinder found(AServiceManager_waitForService(kName));
+                EXPECT_EQ(AIBinder_linkToDeath(found.get(), recipient.get(), nullptr), STATUS_OK);
+                std::string text;
+                EXPECT_TRUE(IPeer::fromBinder(found)->visit(nullptr, i, &text).isOk());
+                EXPECT_EQ(text, std::to_string(i));
+            }
+        });
+    }
+    const PeerProcess process;
+    for (auto& thread : waiting)
+        thread.join();
+}
+
+TEST_F(ServiceNames, AreTakenBackAlsoWhenNoDescriptorIsLeft) {
+    ABinderProcess_startThreadPool();
+    ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit low{.rlim_cur = 64, .rlim_max = limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &low);
+    std::vector<ndk::ScopedFileDescriptor> all;
+    while (all.empty() || all.back().get() >= 0)
+        all.emplace_back(dup(STDERR_FILENO));
+    all.resize(all.size() - 2);
+    const auto waiting = zarvo::host::Socket::Connect(SocketFile());
+    EXPECT_TRUE(waiting.IsOpen());
+    zarvo::host::PublishedServices::Instance().WithdrawAll();
+    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 }  // namespace

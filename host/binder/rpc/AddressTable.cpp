@@ -117,8 +117,11 @@ bool AddressTable::Queue(uint64_t address, uint64_t asyncNumber, Oneway call) {
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
     if (node == mNodes.end() || asyncNumber < node->second.asyncNumber) return true;
-    if (node->second.waiting.size() >= wire::kMostWaitingOneways) return false;
-    node->second.waiting.emplace(asyncNumber, std::move(call));
+    auto& waiting = node->second.waiting;
+    const size_t bytes = call.request->Size();
+    if (waiting.size() >= wire::kMostWaitingOneways) return false;
+    if (mWaitingBytes > wire::kMostWaitingBytes - bytes) return false;
+    if (waiting.try_emplace(asyncNumber, std::move(call)).second) mWaitingBytes += bytes;
     return true;
 }
 
@@ -129,6 +132,7 @@ std::optional<AddressTable::Oneway> AddressTable::NextOneway(uint64_t address) {
     auto& waiting = node->second.waiting;
     if (waiting.empty() || waiting.begin()->first != node->second.asyncNumber) return std::nullopt;
     node->second.runsOneway = true;
+    mWaitingBytes -= waiting.begin()->second.request->Size();
     return std::move(waiting.extract(waiting.begin()).mapped());
 }
 

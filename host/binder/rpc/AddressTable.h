@@ -73,7 +73,7 @@ class AddressTable {
     // Oneway calls of one object run one after the other, in the order of their numbers.
 
     /** Keeps a call until its turn; one whose number has passed is dropped. False if too many
-     * wait. */
+     * wait, or too much. */
     bool Queue(uint64_t address, uint64_t asyncNumber, Oneway call);
     /** The call whose turn it is; the turn ends with EndOneway. */
     std::optional<Oneway> NextOneway(uint64_t address);
@@ -114,6 +114,7 @@ class AddressTable {
     bool mClosed = false;
     bool mUsed = false;
     uint32_t mNextNumber = 0;
+    size_t mWaitingBytes = 0;
     Nodes mNodes;
     std::unordered_map<const RefBlock*, uint64_t> mLocals;
 };

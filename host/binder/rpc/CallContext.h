@@ -6,29 +6,34 @@
 namespace zarvo::host {
 
 /**
- * Marks that this thread serves a call that came over a session. Lives on the stack of that
- * thread; contexts nest.
+ * Marks what this thread does for a session: it serves a call of the other end, or waits for the
+ * reply to one of its own. Lives on the stack of that thread; contexts nest.
  */
 class CallContext {
   public:
-    CallContext(const Session* session, Connection* connection, bool oneway);
+    enum class Role { kServes, kServesOneway, kCalls };
+
+    CallContext(const Session* session, Connection* connection, Role role);
     ~CallContext();
     CallContext(const CallContext&) = delete;
     CallContext& operator=(const CallContext&) = delete;
 
-    /** The innermost one of this thread, null for none. */
-    static const CallContext* Current();
-    /** On which connection this thread serves a call of that session whose caller waits; null if
-     * it serves none. */
+    /** The innermost call that this thread serves, null for none. */
+    static const CallContext* Served();
+    /** The connection on which the other end of that session waits for this very thread, so that it
+     * takes calls there; null if it does not. */
     static Connection* WaitingCaller(const Session* session);
+    /** How many calls this thread serves, one inside the other. */
+    static int Depth();
 
     const PeerProcess& Caller() const { return mConnection->Peer(); }
 
   private:
     const Session* const mSession;
     Connection* const mConnection;
-    const bool mOneway;
+    const Role mRole;
     const CallContext* const mOuter;
+    const int mDepth;
 };
 
 }  // namespace zarvo::host

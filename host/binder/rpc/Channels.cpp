@@ -12,13 +12,17 @@ void Channels::SetGrowth(Open open, size_t most) {
 }
 
 void Channels::Add(Shared connection) {
+    AddInUse(connection);
+    Release(connection);
+}
+
+void Channels::AddInUse(Shared connection) {
     const std::lock_guard lock(mMutex);
     if (mClosed) {
         connection->Shutdown();
         return;
     }
-    mChannels.push_back({std::move(connection), {}, 0});
-    mChanged.notify_all();
+    mChannels.push_back({std::move(connection), std::this_thread::get_id(), 1});
 }
 
 bool Channels::IsEmpty() const {
@@ -26,21 +30,22 @@ bool Channels::IsEmpty() const {
     return mChannels.empty();
 }
 
-binder_status_t Channels::Acquire(bool rotate, Shared* connection) {
+binder_status_t Channels::Acquire(bool rotate, const Connection* nested, Shared* connection) {
     std::unique_lock lock(mMutex);
     while (!mClosed) {
-        if (Channel* const held = HeldLocked(); held != nullptr) {
-            *connection = TakeLocked(*held);
-            return STATUS_OK;
-        }
-        if (Channel* const free = FreeLocked(rotate); free != nullptr) {
-            *connection = TakeLocked(*free);
+        Channel* channel = FindLocked(nested);
+        if (channel == nullptr) channel = FreeLocked(rotate);
+        if (channel != nullptr) {
+            *connection = TakeLocked(*channel);
             return STATUS_OK;
         }
         if (mChannels.empty() && mOpening == 0) return STATUS_WOULD_BLOCK;
         if (MayGrowLocked()) {
             *connection = Grow(lock);
             if (*connection != nullptr) return STATUS_OK;
+        } else if (IsHolderLocked()) {
+            // Inside a call of its own, where it must not wait for itself.
+            return STATUS_WOULD_BLOCK;
         } else {
             mChanged.wait(lock);
         }
@@ -57,10 +62,8 @@ Channels::Shared Channels::TryAcquire() {
 
 void Channels::Release(const Shared& connection) {
     const std::lock_guard lock(mMutex);
-    const auto channel = std::find_if(mChannels.begin(), mChannels.end(), [&](const auto& other) {
-        return other.connection == connection;
-    });
-    if (channel == mChannels.end() || --channel->uses > 0) return;
+    Channel* const channel = FindLocked(connection.get());
+    if (channel == nullptr || --channel->uses > 0) return;
     channel->holder = {};
     mChanged.notify_one();
 }
@@ -75,11 +78,17 @@ void Channels::Close() {
     mChanged.notify_all();
 }
 
-Channels::Channel* Channels::HeldLocked() {
-    const auto self = std::this_thread::get_id();
-    const auto held = std::find_if(mChannels.begin(), mChannels.end(),
-                                   [&](const auto& channel) { return channel.holder == self; });
-    return held == mChannels.end() ? nullptr : &*held;
+Channels::Channel* Channels::FindLocked(const Connection* connection) {
+    const auto found = std::find_if(mChannels.begin(), mChannels.end(), [&](const auto& channel) {
+        return channel.connection.get() == connection;
+    });
+    return found == mChannels.end() ? nullptr : &*found;
+}
+
+bool Channels::IsHolderLocked() const {
+    return std::any_of(mChannels.begin(), mChannels.end(), [](const auto& channel) {
+        return channel.holder == std::this_thread::get_id();
+    });
 }
 
 Channels::Channel* Channels::FreeLocked(bool rotate) {

@@ -27,14 +27,16 @@ class Channels {
     void SetGrowth(Open open, size_t most);
     /** One that the session got otherwise. */
     void Add(Shared connection);
+    /** The same, for this thread until it releases it. */
+    void AddInUse(Shared connection);
     bool IsEmpty() const;
 
     /**
-     * Waits for a connection and keeps it for this thread, which may have one already. `rotate`
-     * takes them in turn. STATUS_WOULD_BLOCK if there is none at all, STATUS_DEAD_OBJECT once
-     * closed.
+     * Waits for a connection and keeps it for this thread: `nested` if that is one it has. `rotate`
+     * takes them in turn. STATUS_WOULD_BLOCK if there is none at all, or none that others could
+     * give back; STATUS_DEAD_OBJECT once closed.
      */
-    binder_status_t Acquire(bool rotate, Shared* connection);
+    binder_status_t Acquire(bool rotate, const Connection* nested, Shared* connection);
     /** The same without waiting or opening; null if none is free. */
     Shared TryAcquire();
     void Release(const Shared& connection);
@@ -49,7 +51,8 @@ class Channels {
         int uses = 0;
     };
 
-    Channel* HeldLocked();
+    Channel* FindLocked(const Connection* connection);
+    bool IsHolderLocked() const;
     Channel* FreeLocked(bool rotate);
     Shared TakeLocked(Channel& channel);
     bool MayGrowLocked() const;

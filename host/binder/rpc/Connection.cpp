@@ -2,6 +2,45 @@
 
 namespace zarvo::host {
 
+namespace {
+
+/** The other end owes no more for what a full socket holds. */
+constexpr size_t kMostReceivedWhileSending = 4096;
+
+}  // namespace
+
+bool Connection::Send(std::span<iovec> parts, Acknowledgements* received) {
+    bool receives = true;
+    while (mSocket.SendSome(&parts)) {
+        if (parts.empty()) return true;
+        if (mSocket.WaitToSend(receives)) receives = ReceiveAcknowledgement(received);
+    }
+    return false;
+}
+
+bool Connection::ReceiveAcknowledgement(Acknowledgements* received) {
+    wire::CommandHeader command{};
+    wire::DecStrongBody body{};
+    if (received->size() >= kMostReceivedWhileSending || !Peek(&command)) return false;
+    if (command.command != wire::kDecStrong || command.bodyBytes != sizeof(body)) return false;
+    if (!Receive(&command) || !Receive(&body)) return false;
+    received->push_back(body);
+    return true;
+}
+
+bool Connection::Peek(wire::CommandHeader* command) {
+    std::copy(mAhead.begin() + static_cast<ptrdiff_t>(mBegin),
+              mAhead.begin() + static_cast<ptrdiff_t>(mEnd), mAhead.begin());
+    mEnd -= std::exchange(mBegin, 0);
+    while (mEnd < sizeof(*command)) {
+        const size_t received = mSocket.Receive(mAhead.data() + mEnd, sizeof(*command) - mEnd);
+        if (received == 0) return false;
+        mEnd += received;
+    }
+    std::memcpy(command, mAhead.data(), sizeof(*command));
+    return true;
+}
+
 size_t Connection::TakeAhead(uint8_t* to, size_t length) {
     const size_t taken = std::min(length, mEnd - mBegin);
     std::memcpy(to, mAhead.data() + mBegin, taken);

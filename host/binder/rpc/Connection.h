@@ -8,8 +8,10 @@
 #include <cstring>
 #include <span>
 #include <type_traits>
+#include <vector>
 
 #include "host/binder/rpc/Socket.h"
+#include "host/binder/rpc/Wire.h"
 
 namespace zarvo::host {
 
@@ -23,8 +25,13 @@ class Connection {
 
     const PeerProcess& Peer() const { return mPeer; }
 
+    using Acknowledgements = std::vector<wire::DecStrongBody>;
+
     /** See Socket::Send. */
     bool Send(std::span<iovec> parts) { return mSocket.Send(parts); }
+    /** The same. While the other end takes nothing because it wants to be rid of acknowledgements
+     * itself, these are received. */
+    bool Send(std::span<iovec> parts, Acknowledgements* received);
     /** Exactly that many bytes; false if the connection is gone. */
     bool Receive(uint8_t* to, size_t length);
     template <typename T>
@@ -39,6 +46,10 @@ class Connection {
     void Shutdown() { mSocket.Shutdown(); }
 
   private:
+    /** The next command, which stays to be received; false if the connection is gone. */
+    bool Peek(wire::CommandHeader* command);
+    /** False if the next command is no acknowledgement. */
+    bool ReceiveAcknowledgement(Acknowledgements* received);
     /** Hands out what was received ahead. */
     size_t TakeAhead(uint8_t* to, size_t length);
 

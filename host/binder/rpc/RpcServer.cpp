@@ -11,8 +11,6 @@ namespace zarvo::host {
 
 namespace {
 
-/** Each has a thread. */
-constexpr size_t kMostConnections = 256;
 constexpr std::chrono::seconds kHandshakeTime{5};
 
 template <typename T>
@@ -38,18 +36,14 @@ RpcServer::RpcServer(Settings settings, Ref<AIBinder> root)
 RpcServer::~RpcServer() = default;
 
 bool RpcServer::Accept(Socket socket) {
-    if (!socket.IsOpen()) return false;
-    const auto connection = std::make_shared<Connection>(std::move(socket));
-    if (!Enter(connection)) return false;
+    const Shared connection = mAdmission.Admit(std::move(socket));
+    if (connection == nullptr || !Enter(connection)) return false;
     const bool spawned = mThreads.Spawn([self = shared_from_this(), connection] {
         self->Greet(connection);
         self->Greeted(connection);
-        self->Leave();
     });
-    if (spawned) return true;
-    Greeted(connection);
-    Leave();
-    return false;
+    if (!spawned) Greeted(connection);
+    return spawned;
 }
 
 void RpcServer::Greet(const Shared& connection) {
@@ -84,8 +78,11 @@ void RpcServer::GreetKnown(const Shared& connection, const wire::ConnectionHeade
     if (!isIncoming) {
         session->Serve(connection);
         session->Terminate();
-    } else if (SendValue(*connection, wire::Init())) {
-        session->Outgoing().Add(connection);
+    } else {
+        // Whoever was told that it is there must find it, and use it after it was told.
+        session->Outgoing().AddInUse(connection);
+        if (!SendValue(*connection, wire::Init())) session->Terminate();
+        session->Outgoing().Release(connection);
     }
 }
 
@@ -122,7 +119,11 @@ std::shared_ptr<RpcSession> RpcServer::Find(const wire::SessionId& id, bool serv
 
 void RpcServer::Forget(const wire::SessionId& id) {
     const std::lock_guard lock(mMutex);
-    mSessions.erase(id);
+    const auto entry = mSessions.find(id);
+    if (entry == mSessions.end()) return;
+    std::erase_if(mEnded, [](const auto& session) { return session.expired(); });
+    mEnded.push_back(std::move(entry->second.session));
+    mSessions.erase(entry);
 }
 
 Ref<AIBinder> RpcServer::Root() const {
@@ -141,8 +142,7 @@ std::vector<std::shared_ptr<RpcSession>> RpcServer::Sessions() const {
 
 bool RpcServer::Enter(const Shared& connection) {
     const std::lock_guard lock(mMutex);
-    if (mClosed || mConnections >= kMostConnections) return false;
-    ++mConnections;
+    if (mClosed) return false;
     mGreeting.insert(connection);
     return true;
 }
@@ -151,11 +151,6 @@ void RpcServer::Greeted(const Shared& connection) {
     connection->LimitReceiveTime(std::chrono::seconds(0));
     const std::lock_guard lock(mMutex);
     mGreeting.erase(connection);
-}
-
-void RpcServer::Leave() {
-    const std::lock_guard lock(mMutex);
-    --mConnections;
 }
 
 void RpcServer::Close() {
@@ -173,6 +168,17 @@ void RpcServer::Close() {
 
 void RpcServer::JoinThreads() {
     mThreads.JoinAll();
+    std::vector<std::weak_ptr<RpcSession>> ending;
+    {
+        const std::lock_guard lock(mMutex);
+        ending.swap(mEnded);
+        // Whoever ends one of these is not done yet.
+        for (const auto& [id, entry] : mSessions)
+            ending.push_back(entry.session);
+    }
+    for (const auto& weak : ending) {
+        if (const auto session = weak.lock()) session->WaitForNotices();
+    }
 }
 
 }  // namespace zarvo::host

@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "host/binder/rpc/Admission.h"
 #include "host/binder/rpc/RpcSession.h"
 
 namespace zarvo::host {
@@ -15,7 +16,7 @@ namespace zarvo::host {
  * come of it until they end. Each socket on which the other end calls has a thread of its own; who
  * does not shake hands within a few seconds, or comes when there are too many, is let go.
  *
- * Held by its threads while they shake hands, by sessions weakly. Thread-safe.
+ * Held by these threads, by sessions weakly. Thread-safe.
  */
 class ABINDER_API RpcServer : public std::enable_shared_from_this<RpcServer> {
   public:
@@ -27,7 +28,7 @@ class ABINDER_API RpcServer : public std::enable_shared_from_this<RpcServer> {
     };
 
     RpcServer(Settings settings, Ref<AIBinder> root);
-    /** Stop() must have been called. */
+    /** Close() must have been called. */
     ~RpcServer();
     RpcServer(const RpcServer&) = delete;
     RpcServer& operator=(const RpcServer&) = delete;
@@ -39,7 +40,8 @@ class ABINDER_API RpcServer : public std::enable_shared_from_this<RpcServer> {
 
     /** Lets the root go and ends all sessions; takes no sockets any more. */
     void Close();
-    /** After Close: waits for all threads but this one. */
+    /** After Close: waits for all threads but this one, and until every death notice has been
+     * given; in one, for the others. */
     void JoinThreads();
 
   private:
@@ -59,21 +61,22 @@ class ABINDER_API RpcServer : public std::enable_shared_from_this<RpcServer> {
     std::shared_ptr<RpcSession> Find(const wire::SessionId& id, bool serves);
     void Forget(const wire::SessionId& id);
     Ref<AIBinder> Root() const;
-    /** Whether a connection may be taken; counts it then. */
+    /** Lists a connection that is to shake hands; false after Close. */
     bool Enter(const Shared& connection);
     void Greeted(const Shared& connection);
-    void Leave();
 
     const Settings mSettings;
+    Admission mAdmission;
     ThreadSet mThreads;
 
     mutable std::mutex mMutex;
     // All of the following: mMutex.
     Ref<AIBinder> mRoot;
     bool mClosed = false;
-    size_t mConnections = 0;
     std::set<Shared> mGreeting;
     std::map<wire::SessionId, Entry> mSessions;
+    /** May still give notices. */
+    std::vector<std::weak_ptr<RpcSession>> mEnded;
 };
 
 }  // namespace zarvo::host

@@ -15,11 +15,8 @@ void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
 }
 
 bool RpcSession::OpenIncoming(size_t count) {
-    {
-        const std::lock_guard lock(mMutex);
-        if (std::exchange(mIncomingOpened, true)) return true;
-    }
-    for (size_t i = 0; i < count; ++i) {
+    const std::lock_guard lock(mOpeningMutex);
+    for (; mIncomingOpened < count; ++mIncomingOpened) {
         const Channels::Shared connection = mOpenIncoming();
         if (connection == nullptr || !SpawnServing(connection)) return false;
     }
@@ -129,14 +126,17 @@ bool RpcSession::ServeOneway(Connection& connection, const wire::TransactBody& b
     if (!mTable.Queue(body.address, body.asyncNumber, {body, std::move(request)})) {
         return Break("too many oneway calls wait for an earlier one");
     }
+    bool ran = false;
     while (IsAlive()) {
         const auto call = mTable.NextOneway(body.address);
         if (!call) break;
         AParcel unsent(Self());
         Execute(connection, *target.Get(), call->body, *call->request, &unsent);
         mTable.EndOneway(body.address);
+        ran = true;
     }
-    Owe(body.address, mTable.Acknowledge(body.address));
+    // One that waits keeps the object, until whoever runs it acknowledges both.
+    if (ran) Owe(body.address, mTable.Acknowledge(body.address));
     SendOwed(&connection);
     EndIfUsedUp();
     return IsAlive();
@@ -145,8 +145,14 @@ bool RpcSession::ServeOneway(Connection& connection, const wire::TransactBody& b
 binder_status_t RpcSession::Execute(Connection& connection, LocalBinder& target,
                                     const wire::TransactBody& body, const AParcel& request,
                                     AParcel* reply) {
+    if (CallContext::Depth() >= wire::kMostNestedCalls) {
+        BINDER_LOGE("a call is refused: it would be inside %d others", wire::kMostNestedCalls);
+        return STATUS_FAILED_TRANSACTION;
+    }
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
-    const CallContext context(this, &connection, oneway);
+    const CallContext context(
+            this, &connection,
+            oneway ? CallContext::Role::kServesOneway : CallContext::Role::kServes);
     return target.Transact(body.code, request, reply, body.flags);
 }
 

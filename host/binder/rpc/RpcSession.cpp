@@ -31,11 +31,10 @@ binder_status_t RpcSession::Transact(uint64_t address, transaction_code_t code, 
     body.flags = flags;
     body.parcelBytes = static_cast<uint32_t>(in.Size());
     const bool oneway = (flags & FLAG_ONEWAY) != 0;
-    if (Connection* const caller = oneway ? nullptr : CallContext::WaitingCaller(this)) {
-        return Call(*caller, body, in, reply);
-    }
+    Connection* const caller = CallContext::WaitingCaller(this);
+    if (caller != nullptr && !oneway) return Call(*caller, body, in, reply);
     Channels::Shared connection;
-    const binder_status_t status = mOutgoing.Acquire(oneway, &connection);
+    const binder_status_t status = mOutgoing.Acquire(oneway, caller, &connection);
     if (status != STATUS_OK) return status;
     const binder_status_t result = Call(*connection, body, in, reply);
     mOutgoing.Release(connection);
@@ -61,6 +60,7 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
     in.HandOver();
     const std::array parts{iovec{&command, sizeof(command)}, iovec{&sent, sizeof(sent)},
                            iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
+    const CallContext context(this, &connection, CallContext::Role::kCalls);
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
     return oneway ? STATUS_OK : AwaitReply(connection, reply);
 }
@@ -132,7 +132,12 @@ bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
         all[2 * i + 1] = {&owed[i], sizeof(owed[i])};
     }
     std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(2 * count));
-    return connection.Send(std::span(all).first(2 * count + parts.size())) || Lose();
+    Connection::Acknowledgements received;
+    if (!connection.Send(std::span(all).first(2 * count + parts.size()), &received)) return Lose();
+    // Not before the whole message is out: what ends here may send, too.
+    for (const wire::DecStrongBody& body : received)
+        mTable.TakeBack(body.address, body.amount);
+    return true;
 }
 
 void RpcSession::Owe(uint64_t address, uint32_t amount) {
@@ -181,7 +186,11 @@ binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinde
     Ref<AIBinder> found;
     const binder_status_t status = mTable.Receive(address, stability, Self(), &found);
     if (status != STATUS_OK) return status;
-    if (found->AsLocal() != nullptr) Owe(address, mTable.Acknowledge(address));
+    if (found->AsLocal() != nullptr) {
+        Owe(address, mTable.Acknowledge(address));
+        // Otherwise it travels with the reply to who waits.
+        if (CallContext::WaitingCaller(this) == nullptr) SendOwed(nullptr);
+    }
     *object = found.Release();
     return STATUS_OK;
 }

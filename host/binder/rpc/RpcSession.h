@@ -70,8 +70,8 @@ class ABINDER_API RpcSession final : public Session,
     binder_status_t Ask(wire::SpecialCall call, AParcel* reply);
     /** How this end lets the other end call it; before OpenIncoming. */
     void SetIncoming(Channels::Open open) { mOpenIncoming = std::move(open); }
-    /** Opens that many connections on which the other end may call at any time, each with a
-     * thread; once, again does nothing. False if that failed. */
+    /** Opens connections on which the other end may call at any time, each with a thread, until
+     * there are that many; waits for another thread that does. False if that failed. */
     bool OpenIncoming(size_t count);
     /** Serves what arrives on a connection, on this thread, until that or the session ends. */
     void Serve(const std::shared_ptr<Connection>& connection);
@@ -133,6 +133,8 @@ class ABINDER_API RpcSession final : public Session,
     AddressTable mTable;
     Channels mOutgoing;
     Channels::Open mOpenIncoming;  // const after SetIncoming
+    std::mutex mOpeningMutex;
+    size_t mIncomingOpened = 0;  // mOpeningMutex
     ThreadSet mServing;
     TaskThread mNotices;
 
@@ -140,7 +142,6 @@ class ABINDER_API RpcSession final : public Session,
     std::condition_variable mNoticed;
     // All of the following: mMutex.
     bool mNoticesGiven = false;
-    bool mIncomingOpened = false;
     std::deque<wire::DecStrongBody> mOwed;
     std::vector<std::weak_ptr<Connection>> mIncoming;
 };

@@ -1,5 +1,6 @@
 #include "host/binder/rpc/Socket.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -46,8 +47,11 @@ Socket Socket::Connect(const std::string& path) {
     }
     Socket socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     if (!socket.IsOpen()) return {};
-    return connect(socket.Fd(), address->Get(), address->Size()) == 0 ? std::move(socket)
-                                                                      : Socket();
+    int result = 0;
+    do {
+        result = connect(socket.Fd(), address->Get(), address->Size());
+    } while (result != 0 && errno == EINTR);
+    return result == 0 ? std::move(socket) : Socket();
 }
 
 PeerProcess Socket::Peer() const {
@@ -58,16 +62,32 @@ PeerProcess Socket::Peer() const {
 }
 
 bool Socket::Send(std::span<iovec> parts) const {
-    for (parts = Skip(parts, 0); !parts.empty();) {
+    while (SendSome(&parts)) {
+        if (parts.empty()) return true;
+        WaitToSend(false);
+    }
+    return false;
+}
+
+bool Socket::SendSome(std::span<iovec>* parts) const {
+    for (*parts = Skip(*parts, 0); !parts->empty();) {
         msghdr message{};
-        message.msg_iov = parts.data();
-        message.msg_iovlen = parts.size();
-        const ssize_t sent = sendmsg(mFd, &message, MSG_NOSIGNAL);
+        message.msg_iov = parts->data();
+        message.msg_iovlen = parts->size();
+        const ssize_t sent = sendmsg(mFd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (sent < 0 && errno == EINTR) continue;
-        if (sent < 0) return false;
-        parts = Skip(parts, static_cast<size_t>(sent));
+        if (sent < 0) return errno == EAGAIN || errno == EWOULDBLOCK;
+        *parts = Skip(*parts, static_cast<size_t>(sent));
     }
     return true;
+}
+
+bool Socket::WaitToSend(bool orReceived) const {
+    const auto events = static_cast<short>(orReceived ? POLLOUT | POLLIN : POLLOUT);
+    pollfd waiting{.fd = mFd, .events = events, .revents = 0};
+    while (poll(&waiting, 1, -1) < 0 && errno == EINTR) {
+    }
+    return (waiting.revents & POLLIN) != 0;
 }
 
 size_t Socket::Receive(void* to, size_t length) const {

@@ -44,6 +44,12 @@ class ABINDER_API Socket {
 
     /** Sends all of it as one message, changing `parts`; false if the connection is gone. */
     bool Send(std::span<iovec> parts) const;
+    /** Sends what the other end has room for, and takes it off `parts`; false if the connection is
+     * gone. */
+    bool SendSome(std::span<iovec>* parts) const;
+    /** Waits until SendSome gets on; or, if `orReceived`, until something has arrived, and then it
+     * is true. */
+    bool WaitToSend(bool orReceived) const;
     /** Receives at least one byte and at most `length`; 0 if the connection is gone. */
     size_t Receive(void* to, size_t length) const;
     /** Receives exactly `length` bytes; false if the connection is gone. */

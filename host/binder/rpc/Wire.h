@@ -16,8 +16,13 @@ inline constexpr uint32_t kNewestVersion = 1;
 /** Bytes of one request's or reply's parcel. Image events need more than the platform's 100,000:
  * a peer that is not this library may refuse them. */
 inline constexpr size_t kMostParcelBytes = 4U << 20U;
+/** Bytes of all oneway calls in a session that wait for one with a lower number. */
+inline constexpr size_t kMostWaitingBytes = 4 * kMostParcelBytes;
 /** Objects that one side may name in one session. */
 inline constexpr size_t kMostAddresses = 100'000;
+/** Calls inside calls that one thread serves: each takes of its stack, and the other end decides
+ * how many there are. One more is refused. */
+inline constexpr int kMostNestedCalls = 64;
 /** Oneway calls of one object that wait for one with a lower number. */
 inline constexpr size_t kMostWaitingOneways = 10'000;
 

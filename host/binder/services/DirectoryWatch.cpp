@@ -15,11 +15,9 @@ using std::chrono::ceil;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr milliseconds kForEver{-1};
-
-milliseconds TimeUntil(std::optional<steady_clock::time_point> deadline) {
-    if (!deadline) return kForEver;
-    return std::max(milliseconds(0), ceil<milliseconds>(*deadline - steady_clock::now()));
+int MillisecondsUntil(steady_clock::time_point deadline) {
+    const auto left = ceil<milliseconds>(deadline - steady_clock::now());
+    return static_cast<int>(std::max(milliseconds(0), left).count());
 }
 
 }  // namespace
@@ -32,16 +30,13 @@ DirectoryWatch::DirectoryWatch(const std::string& path)
     }
 }
 
-bool DirectoryWatch::Wait(std::optional<steady_clock::time_point> deadline) {
+void DirectoryWatch::Wait(steady_clock::time_point deadline) {
     pollfd waiting{.fd = mEvents.Get(), .events = POLLIN, .revents = 0};
-    int ready = 0;
-    do {
-        ready = poll(&waiting, 1, static_cast<int>(TimeUntil(deadline).count()));
-    } while (ready < 0 && errno == EINTR);
+    while (poll(&waiting, 1, MillisecondsUntil(deadline)) < 0 && errno == EINTR) {
+    }
     std::array<char, 4096> told{};
     while (read(mEvents.Get(), told.data(), told.size()) > 0) {
     }
-    return ready > 0;
 }
 
 }  // namespace zarvo::host

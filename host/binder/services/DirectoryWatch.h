@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <optional>
 #include <string>
 
 #include "host/binder/services/FileDescriptor.h"
@@ -11,13 +10,11 @@ namespace zarvo::host {
 /** Tells when files appear in a directory. Used by one thread at a time. */
 class DirectoryWatch {
   public:
-    /** Watches from here on; not open, and errno says why, if the system refuses. */
+    /** Watches from here on; if the system refuses, every wait takes its full time. */
     explicit DirectoryWatch(const std::string& path);
 
-    bool IsOpen() const { return mEvents.IsOpen(); }
-    /** Waits until a file appears or has appeared since the last time; false when none did until
-     * `deadline`, if there is one. */
-    bool Wait(std::optional<std::chrono::steady_clock::time_point> deadline);
+    /** Waits until a file appears or has appeared since the last time, or until `deadline`. */
+    void Wait(std::chrono::steady_clock::time_point deadline);
 
   private:
     FileDescriptor mEvents;

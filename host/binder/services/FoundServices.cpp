@@ -13,6 +13,8 @@ namespace {
 
 /** Connections on which one service may call this process at the same time. */
 constexpr uint32_t kMostIncoming = 2;
+/** To find a session that stays, when others end theirs. */
+constexpr int kTries = 10;
 
 void LetCall(RpcSession& session) {
     const ThreadPool& pool = ThreadPool::Instance();
@@ -30,14 +32,16 @@ FoundServices& FoundServices::Instance() {
 }
 
 Ref<AIBinder> FoundServices::Find(const std::string& instance, const std::string& path) {
-    // A session ends with the last object of it; the one known may do so at any moment.
-    if (const auto known = Known(instance); known != nullptr) {
-        if (auto root = AskRoot(*known)) return root;
+    // A session ends with the last object of it, which another thread may let go at any moment.
+    for (int i = 0; i < kTries; ++i) {
+        auto session = Known(instance);
+        if (session == nullptr) session = Connect(instance, path);
+        if (session == nullptr) break;
+        LetCall(*session);
+        if (auto root = AskRoot(*session)) return root;
+        if (session->IsAlive()) break;
     }
-    const auto session = Connect(instance, path);
-    if (session == nullptr) return {};
-    LetCall(*session);
-    return AskRoot(*session);
+    return {};
 }
 
 void FoundServices::Start() {

@@ -1,10 +1,10 @@
 #include "host/binder/services/Listener.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
@@ -18,25 +18,26 @@ namespace zarvo::host {
 namespace {
 
 constexpr int kBacklog = 50;
-constexpr std::chrono::milliseconds kPauseWhenFull{100};
+constexpr int kMillisecondsWhenFull = 100;
 
-/** Whether a process listens there. */
-bool IsServed(const std::string& path) {
-    if (Socket::Connect(path).IsOpen()) return true;
+/** Whether a process listens there; also one that is stopped, with more callers than can wait. */
+bool IsServed(const SocketAddress& address) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (connect(socket.Get(), address.Get(), address.Size()) == 0) return true;
     return errno != ECONNREFUSED && errno != ENOENT;
 }
 
-FileDescriptor Listen(const std::string& path) {
-    const auto address = SocketAddress::Of(path);
-    if (!address) {
-        errno = ENAMETOOLONG;
-        return FileDescriptor();
-    }
+FileDescriptor Listen(const SocketAddress& address) {
     FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     if (!socket.IsOpen()) return socket;
-    unlink(path.c_str());
-    if (bind(socket.Get(), address->Get(), address->Size()) != 0) return FileDescriptor();
+    if (bind(socket.Get(), address.Get(), address.Size()) != 0) return FileDescriptor();
     return listen(socket.Get(), kBacklog) == 0 ? std::move(socket) : FileDescriptor();
+}
+
+/** Waits a while for descriptors or memory; false if the socket is shut down. */
+bool PauseUntilShutDown(int socket) {
+    pollfd waiting{.fd = socket, .events = 0, .revents = 0};
+    return poll(&waiting, 1, kMillisecondsWhenFull) <= 0;
 }
 
 /** Accepts until the socket is shut down. */
@@ -47,7 +48,7 @@ void AcceptAll(int socket, const std::shared_ptr<RpcServer>& server) {
             server->Accept(Socket(accepted));
         } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
             // Whoever waits keeps waiting; trying at once would only burn the processor.
-            std::this_thread::sleep_for(kPauseWhenFull);
+            if (!PauseUntilShutDown(socket)) return;
         } else if (errno != EINTR && errno != ECONNABORTED) {
             return;
         }
@@ -61,17 +62,20 @@ binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::
                                   std::unique_ptr<Listener>* listener) {
     const std::string path = directory.SocketPath(instance);
     const std::string temporary = directory.TemporaryPath(instance);
-    if (!SocketAddress::Of(path) || !SocketAddress::Of(temporary)) {
+    const auto address = SocketAddress::Of(path);
+    const auto temporaryAddress = SocketAddress::Of(temporary);
+    if (!address || !temporaryAddress) {
         BINDER_LOGE("the path of %s is too long for a socket: %s", instance.c_str(), path.c_str());
         return EX_ILLEGAL_STATE;
     }
     const FileDescriptor lock = directory.Lock();
-    if (IsServed(path)) {
+    if (IsServed(*address)) {
         BINDER_LOGE("another process serves %s", instance.c_str());
         return EX_ILLEGAL_STATE;
     }
     // Bound beside its place: where it appears, it can be connected to.
-    FileDescriptor socket = Listen(temporary);
+    unlink(temporary.c_str());
+    FileDescriptor socket = Listen(*temporaryAddress);
     if (!lock.IsOpen() || !socket.IsOpen() || rename(temporary.c_str(), path.c_str()) != 0) {
         BINDER_LOGE("cannot listen at %s: %s", path.c_str(), strerror(errno));
         unlink(temporary.c_str());

@@ -23,22 +23,23 @@ binder_exception_t PublishedServices::Publish(const std::string& instance, Ref<A
     }
     const RpcServer::Settings settings{.threads = ThreadPool::Instance().Threads()};
     auto server = std::make_shared<RpcServer>(settings, object);
-    Service replaced;
+    // Its threads may look for services: they end with no lock held.
+    Services::node_type replaced = Take(instance);
+    replaced = {};
     Service service{std::move(object), nullptr};
-    {
-        const std::lock_guard lock(mMutex);
-        std::swap(replaced, mServices[instance]);
-    }
-    replaced.listener.reset();
     const std::lock_guard lock(mMutex);
+    // Under the lock, for whoever is told of the name must find the object itself.
     const auto result = Listener::Open(*directory, instance, std::move(server), &service.listener);
-    if (result == EX_NONE) {
-        if (ThreadPool::Instance().IsStarted()) service.listener->Start();
-        mServices[instance] = std::move(service);
-    } else {
-        mServices.erase(instance);
-    }
-    return result;
+    if (result != EX_NONE) return result;
+    if (ThreadPool::Instance().IsStarted()) service.listener->Start();
+    // Not empty if somebody took the file of another thread's away.
+    std::swap(service, mServices[instance]);
+    return EX_NONE;
+}
+
+PublishedServices::Services::node_type PublishedServices::Take(const std::string& instance) {
+    const std::lock_guard lock(mMutex);
+    return mServices.extract(instance);
 }
 
 Ref<AIBinder> PublishedServices::Find(const std::string& instance) const {

@@ -17,9 +17,12 @@ namespace zarvo::host {
 
 namespace {
 
-using Deadline = std::optional<std::chrono::steady_clock::time_point>;
+using Time = std::chrono::steady_clock::time_point;
+using Deadline = std::optional<Time>;
 
 constexpr std::chrono::seconds kGetServiceTime{5};
+/** A service whose file is there may still refuse, for want of a connection or a descriptor. */
+constexpr std::chrono::seconds kLookAgainTime{1};
 /** One after the other, each with a space behind it. */
 constexpr std::string_view kDeclared = AON_DECLARED_SERVICES " ";
 
@@ -65,13 +68,10 @@ Ref<AIBinder> Await(const std::string& instance, Deadline deadline) {
     // Watching first: what appears between a look and the wait for the next is told.
     DirectoryWatch watch(directory->Path());
     while (true) {
-        if (auto found = FindIn(*directory, instance)) return found;
-        if (!watch.IsOpen()) {
-            BINDER_LOGE("cannot wait for %s: no watch on %s", instance.c_str(),
-                        directory->Path().c_str());
-            return {};
-        }
-        if (!watch.Wait(deadline)) return FindIn(*directory, instance);
+        auto found = FindIn(*directory, instance);
+        const auto now = std::chrono::steady_clock::now();
+        if (found || (deadline && now >= *deadline)) return found;
+        watch.Wait(std::min(now + kLookAgainTime, deadline.value_or(Time::max())));
     }
 }
 

@@ -1,0 +1,114 @@
+#include <filesystem>
+#include <iterator>
+#include <random>
+#include <thread>
+
+#include "tests/sessions/ServerTest.h"
+
+namespace tests {
+namespace {
+
+/** What this process has open, and what runs in it. */
+struct Holdings {
+    static Holdings Now() { return {Count("/proc/self/fd"), Count("/proc/self/task")}; }
+    static ptrdiff_t Count(const char* directory) {
+        return std::distance(std::filesystem::directory_iterator(directory), {});
+    }
+    bool operator==(const Holdings&) const = default;
+
+    ptrdiff_t descriptors;
+    ptrdiff_t threads;
+};
+
+/** Clients that are killed: their sockets end, wherever they were. */
+class KilledClients : public ServerTest {
+  protected:
+    KilledClients() {
+        mPeer->onVisit = [this](const auto& visitor, int32_t number, std::string* text) {
+            if (visitor == nullptr) return ScopedAStatus::ok();
+            AIBinder_linkToDeath(visitor->asBinder().get(), mRecipient.get(), this);
+            ++mLinked;
+            mLast = visitor->visit(nullptr, number, text).getStatus();
+            return ScopedAStatus::ok();
+        };
+        AIBinder_DeathRecipient_setOnUnlinked(mRecipient.get(), Unlinked);
+    }
+
+    /** A socket that the server takes, now or when it has let others go. */
+    Socket Enter() {
+        while (true) {
+            auto [near, far] = Socket::Pair();
+            if (mServer->Accept(std::move(far))) return std::move(near);
+            std::this_thread::yield();
+        }
+    }
+    void AwaitUnlinked() const {
+        while (mUnlinked != mLinked)
+            std::this_thread::yield();
+    }
+    static void Unlinked(void* cookie) { ++static_cast<KilledClients*>(cookie)->mUnlinked; }
+
+    const ndk::ScopedAIBinder_DeathRecipient mRecipient{AIBinder_DeathRecipient_new([](void*) {})};
+    std::atomic<int> mLinked{0};
+    std::atomic<int> mUnlinked{0};
+    std::atomic<binder_status_t> mLast{STATUS_OK};
+};
+
+const std::string kToken = "0b000000 740065007300740073002e0049005000650065007200 0000";
+const std::string kVisitor = "01000000 0100000000000000 0c000000";
+/** The replies to what a visitor is asked: its name, and to visit. */
+const std::string kNameReply =
+        Command(1, 20 + 28) + U32(0) + U32(28) + kZeros.substr(0, 24) + kToken;
+const std::string kVisitReply =
+        Command(1, 20 + 12) + U32(0) + U32(12) + kZeros.substr(0, 24) + U32(0) + U32(0) + U32(0);
+
+TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
+    const std::string visit = Call(kRoot, 1, kToken + kVisitor + U32(5));
+    const std::string life = kHello + kInit + Call(kSpecial, wire::kGetRoot) + visit + kNameReply +
+                             kVisitReply + Call(kRoot, 3, kToken + U32(1), 1, 0) +
+                             Call(kRoot, 3, kToken + U32(3), 1, 2) + visit + kVisitReply;
+    std::vector<uint8_t> bytes = BytesOf(life);
+    ASSERT_TRUE(ServesTheNext());
+    const auto before = Holdings::Now();
+    std::minstd_rand random(7);
+    for (int i = 0; i < 1000; ++i) {
+        const Socket client = Enter();
+        // Some live to the end, for that they were made to be served at all.
+        const size_t length = i % 8 == 0 ? bytes.size() : random() % bytes.size();
+        std::array part{iovec{bytes.data(), length}};
+        client.Send(part);
+        if (i % 4 == 0) continue;
+        // Some are told of their session, and let themselves be called.
+        Socket calling = Enter();
+        Send(calling, kHello + kInit + Call(kSpecial, wire::kGetSessionId));
+        const std::string id = Receive(calling, 8 + 16 + 20 + 4 + 32).substr(96);
+        const Socket called = Enter();
+        Send(called, "01000000 01 00 0000000000000000 2000" + id);
+        if (i % 4 == 1) calling = {};
+        if (i % 4 == 2) Receive(called, 8);
+    }
+    EXPECT_TRUE(ServesTheNext());
+    while (Holdings::Now() != before)
+        std::this_thread::yield();
+    EXPECT_GT(mLinked, 100);
+    AwaitUnlinked();
+}
+
+TEST_F(KilledClients, GiveTheirServerDeadObjectsInsideACall) {
+    Socket client = Greeted();
+    // A oneway call waits for one that never comes.
+    Send(client, Call(kRoot, 3, kToken + U32(3), 1, 2) +
+                         Call(kRoot, 1, kToken + kVisitor + U32(5)) + kNameReply);
+    // The name is asked, and then the visitor is called.
+    Receive(client, 16 + 40 + 16 + 40 + 28);
+    client = {};
+    while (mLinked == 0)
+        std::this_thread::yield();
+    AwaitUnlinked();
+    mServer->Close();
+    mServer->JoinThreads();
+    EXPECT_EQ(mLast, STATUS_DEAD_OBJECT);
+}
+
+}  // namespace
+}  // namespace tests

@@ -1,0 +1,137 @@
+#include <algorithm>
+#include <future>
+#include <thread>
+
+#include "tests/sessions/ServerTest.h"
+
+namespace tests {
+namespace {
+
+using ::zarvo::host::RpcClientSettings;
+
+/** Sessions of our own client's end, which nobody calls unasked. */
+class SessionTest : public ServerTest {
+  protected:
+    std::shared_ptr<IPeer> Connect(RpcClientSettings settings = {}) {
+        settings.dial = [this] { return Dial(); };
+        mSession = ConnectRpc(settings);
+        return mSession == nullptr ? nullptr
+                                   : IPeer::fromBinder(SpAIBinder(AskRoot(*mSession).Release()));
+    }
+
+    std::shared_ptr<RpcSession> mSession;
+};
+
+TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
+    const auto old = std::make_shared<RpcServer>(RpcServer::Settings{.newestVersion = 0},
+                                                 Ref<AIBinder>::Share(mPeer->asBinder().get()));
+    for (const bool isOldServer : {false, true}) {
+        SCOPED_TRACE(isOldServer);
+        RpcClientSettings settings;
+        settings.newestVersion = isOldServer ? 1 : 0;
+        settings.dial = [&] {
+            auto [near, far] = Socket::Pair();
+            (isOldServer ? old : mServer)->Accept(std::move(far));
+            return std::move(near);
+        };
+        const auto session = ConnectRpc(settings);
+        ASSERT_NE(session, nullptr);
+        EXPECT_EQ(session->Setup().version, 0U);
+        const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+        mPeer->onVisit = [](const auto& visitor, int32_t number, std::string* text) {
+            return visitor->visit(nullptr, number, text);
+        };
+        const auto visitor = SharedRefBase::make<Peer>();
+        std::string text;
+        EXPECT_TRUE(root->visit(visitor, 5, &text).isOk());
+        EXPECT_EQ(text, "5");
+        EXPECT_EQ(root->visit(visitor, STATUS_BAD_VALUE, &text).getStatus(), STATUS_BAD_VALUE);
+    }
+    old->Close();
+    old->JoinThreads();
+    // The head of a reply is the status alone.
+    const Socket socket = Dial();
+    Send(socket, "00000000" + kHello.substr(8) + kInit + Call(kSpecial, wire::kGetRoot));
+    EXPECT_EQ(Receive(socket, 8 + 16 + 4 + 16),
+              kSpecial + Command(1, 20) + U32(0) + U32(1) + kRoot + U32(12));
+}
+
+TEST_F(SessionTest, CallsBeyondTheServersThreadsWaitForOne) {
+    std::atomic<int> inside{0};
+    std::atomic<int> most{0};
+    mPeer->onVisit = [&](const auto&, int32_t number, std::string* text) {
+        const int now = ++inside;
+        most = std::max<int>(most, now);
+        // The first two see each other.
+        while (most < 2)
+            std::this_thread::yield();
+        *text = std::to_string(number);
+        --inside;
+        return ScopedAStatus::ok();
+    };
+    const auto root = Connect();
+    std::vector<std::thread> callers;
+    for (int32_t i = 0; i < 8; ++i) {
+        callers.emplace_back([&, i] {
+            std::string text;
+            EXPECT_TRUE(root->visit(nullptr, i, &text).isOk());
+            EXPECT_EQ(text, std::to_string(i));
+        });
+    }
+    for (auto& caller : callers)
+        caller.join();
+    EXPECT_EQ(most, 2);
+}
+
+TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
+    const auto root = Connect();
+    const auto visit = [&](size_t requestBytes, size_t textLength) {
+        mPeer->onVisit = [=](const auto&, int32_t, std::string* text) {
+            text->assign(textLength, 'a');
+            return ScopedAStatus::ok();
+        };
+        AParcel* in = nullptr;
+        ScopedAParcel out;
+        AIBinder_prepareTransaction(root->asBinder().get(), &in);
+        IPeer::writeToParcel(in, nullptr);
+        AParcel_writeInt32(in, 0);
+        AParcel_setDataPosition(in, static_cast<int32_t>(requestBytes) - 4);
+        AParcel_writeInt32(in, 0);
+        return AIBinder_transact(root->asBinder().get(), 1, &in, out.getR(), 0);
+    };
+    // A reply is a status, a count, and the text with its end, two bytes each.
+    const size_t longest = (wire::kMostParcelBytes - 8) / 2 - 1;
+    EXPECT_EQ(visit(wire::kMostParcelBytes, longest), STATUS_OK);
+    EXPECT_EQ(visit(wire::kMostParcelBytes + 4, 0), STATUS_FAILED_TRANSACTION);
+    EXPECT_EQ(visit(100, longest + 1), STATUS_FAILED_TRANSACTION);
+    EXPECT_EQ(visit(100, 0), STATUS_OK);
+}
+
+TEST_F(SessionTest, ManyOnewayCallsDoNotStopBothEnds) {
+    const auto root = Connect();
+    std::atomic<int32_t> told{0};
+    mPeer->onTell = [&](int32_t) { ++told; };
+    constexpr int32_t kMany = 3000;
+    for (int32_t i = 0; i < kMany; ++i)
+        ASSERT_TRUE(root->tell(i).isOk());
+    while (told < kMany)
+        ASSERT_EQ(AIBinder_ping(root->asBinder().get()), STATUS_OK);
+}
+
+TEST_F(SessionTest, ObjectThatEndsInsideACallMayCall) {
+    const auto root = Connect();
+    auto visitor = SharedRefBase::make<Peer>();
+    std::string last;
+    visitor->onEnd = [&] { EXPECT_TRUE(root->visit(nullptr, 7, &last).isOk()); };
+    std::string text;
+    EXPECT_TRUE(root->visit(visitor, 5, &text).isOk());
+    visitor.reset();
+    // What lets go of the visitor comes with the reply.
+    EXPECT_TRUE(root->visit(nullptr, 6, &text).isOk());
+    EXPECT_EQ(text, "6");
+    EXPECT_EQ(AIBinder_ping(root->asBinder().get()), STATUS_OK);
+    EXPECT_EQ(last, "7");
+}
+
+}  // namespace
+}  // namespace tests
