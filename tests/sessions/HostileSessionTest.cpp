@@ -105,6 +105,20 @@ TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
     EXPECT_EQ(told, (std::vector<int32_t>{0, 1, 2, 3}));
 }
 
+TEST_F(HostileSession, ThatReadsNothingHoldsUpNobodyElse) {
+    const Socket session = Greeted();
+    std::vector<uint8_t> ping = BytesOf(Call(kRoot, 0x5F504E47));
+    std::array part{iovec{}};
+    std::span<iovec> unsent;
+    // Until the server has no room for replies, nor then for calls.
+    do {
+        part = {iovec{ping.data(), ping.size()}};
+        unsent = part;
+        ASSERT_TRUE(session.SendSome(&unsent));
+    } while (unsent.empty());
+    EXPECT_TRUE(ServesTheNext());
+}
+
 TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
     std::vector<Socket> silent;
     EXPECT_GT(Crowd("", &silent), 0);

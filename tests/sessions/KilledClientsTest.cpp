@@ -14,7 +14,9 @@ struct Holdings {
     static ptrdiff_t Count(const char* directory) {
         return std::distance(std::filesystem::directory_iterator(directory), {});
     }
-    bool operator==(const Holdings&) const = default;
+    bool IsWithin(const Holdings& other) const {
+        return descriptors <= other.descriptors && threads <= other.threads;
+    }
 
     ptrdiff_t descriptors;
     ptrdiff_t threads;
@@ -68,7 +70,8 @@ TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
                              kVisitReply + Call(kRoot, 3, kToken + U32(1), 1, 0) +
                              Call(kRoot, 3, kToken + U32(3), 1, 2) + visit + kVisitReply;
     std::vector<uint8_t> bytes = BytesOf(life);
-    ASSERT_TRUE(ServesTheNext());
+    // With the first thread the sanitizer starts one of its own.
+    std::thread([] {}).join();
     const auto before = Holdings::Now();
     std::minstd_rand random(7);
     for (int i = 0; i < 1000; ++i) {
@@ -88,7 +91,7 @@ TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
         if (i % 4 == 2) Receive(called, 8);
     }
     EXPECT_TRUE(ServesTheNext());
-    while (Holdings::Now() != before)
+    while (!Holdings::Now().IsWithin(before))
         std::this_thread::yield();
     EXPECT_GT(mLinked, 100);
     AwaitUnlinked();

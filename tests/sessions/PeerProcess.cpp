@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <memory>
+#include <mutex>
+#include <utility>
 
 namespace {
 
@@ -16,7 +18,7 @@ class Peer : public ::aidl::tests::BnPeer {
     ScopedAStatus visit(const std::shared_ptr<IPeer>& visitor, int32_t number,
                         std::string* text) override {
         *text = std::to_string(number);
-        mLast = visitor;
+        Keep(visitor);
         return visitor == nullptr ? ScopedAStatus::ok() : visitor->visit(nullptr, number, text);
     }
     ScopedAStatus giveBack(const std::shared_ptr<IPeer>& other,
@@ -25,11 +27,19 @@ class Peer : public ::aidl::tests::BnPeer {
         return ScopedAStatus::ok();
     }
     ScopedAStatus tell(int32_t number) override {
-        return mLast == nullptr ? ScopedAStatus::ok() : mLast->tell(number);
+        const std::shared_ptr<IPeer> last = Keep(nullptr);
+        return last == nullptr ? ScopedAStatus::ok() : last->tell(number);
     }
 
   private:
-    std::shared_ptr<IPeer> mLast;
+    /** Puts the visitor in the place of the last one. */
+    std::shared_ptr<IPeer> Keep(std::shared_ptr<IPeer> visitor) {
+        const std::lock_guard lock(mMutex);
+        return std::exchange(mLast, std::move(visitor));
+    }
+
+    std::mutex mMutex;
+    std::shared_ptr<IPeer> mLast;  // mMutex
 };
 
 }  // namespace

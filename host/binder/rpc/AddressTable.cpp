@@ -144,9 +144,11 @@ void AddressTable::EndOneway(uint64_t address) {
     ++node->second.asyncNumber;
 }
 
-bool AddressTable::IsUsedUp() const {
+bool AddressTable::CloseIfUsedUp() {
     const std::lock_guard lock(mMutex);
-    return mUsed && mNodes.empty();
+    if (!mUsed || !mNodes.empty()) return false;
+    mClosed = true;
+    return true;
 }
 
 AddressTable::Remains AddressTable::Close() {

@@ -79,8 +79,8 @@ class AddressTable {
     std::optional<Oneway> NextOneway(uint64_t address);
     void EndOneway(uint64_t address);
 
-    /** Whether nothing is named any more, although something was. */
-    bool IsUsedUp() const;
+    /** Whether nothing is named any more, although something was; nothing enters it then. */
+    bool CloseIfUsedUp();
     /** Empties the table; nothing enters it any more. */
     Remains Close();
 

@@ -11,18 +11,13 @@ void Channels::SetGrowth(Open open, size_t most) {
     mMost = most;
 }
 
-void Channels::Add(Shared connection) {
-    AddInUse(connection);
-    Release(connection);
-}
-
-void Channels::AddInUse(Shared connection) {
+bool Channels::Add(Shared connection, const std::function<bool()>& announce) {
     const std::lock_guard lock(mMutex);
-    if (mClosed) {
-        connection->Shutdown();
-        return;
-    }
-    mChannels.push_back({std::move(connection), std::this_thread::get_id(), 1});
+    if (mClosed) connection->Shutdown();
+    if (mClosed || !announce()) return false;
+    mChannels.push_back({std::move(connection), {}, 0});
+    mChanged.notify_one();
+    return true;
 }
 
 bool Channels::IsEmpty() const {

@@ -25,10 +25,9 @@ class Channels {
 
     /** How to open one more, and how many there may be. */
     void SetGrowth(Open open, size_t most);
-    /** One that the session got otherwise. */
-    void Add(Shared connection);
-    /** The same, for this thread until it releases it. */
-    void AddInUse(Shared connection);
+    /** One that the session got otherwise. Whoever hears of it by what `announce` sends finds it
+     * here, and uses it after that; false, and it is not added, if that fails. */
+    bool Add(Shared connection, const std::function<bool()>& announce);
     bool IsEmpty() const;
 
     /**

@@ -75,7 +75,7 @@ std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings) {
     auto first = Greet(settings.dial(), settings.newestVersion, &setup.version);
     if (first == nullptr) return nullptr;
     auto session = std::make_shared<RpcSession>(setup);
-    session->Outgoing().Add(std::move(first));
+    session->Outgoing().Add(std::move(first), [] { return true; });
     Opener opener{settings.dial, setup.version, {}};
     uint32_t threads = 0;
     if (!Introduce(*session, &threads, &opener.id)) {

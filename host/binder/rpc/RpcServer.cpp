@@ -78,11 +78,9 @@ void RpcServer::GreetKnown(const Shared& connection, const wire::ConnectionHeade
     if (!isIncoming) {
         session->Serve(connection);
         session->Terminate();
-    } else {
-        // Whoever was told that it is there must find it, and use it after it was told.
-        session->Outgoing().AddInUse(connection);
-        if (!SendValue(*connection, wire::Init())) session->Terminate();
-        session->Outgoing().Release(connection);
+    } else if (const auto sendInit = [&] { return SendValue(*connection, wire::Init()); };
+               !session->Outgoing().Add(connection, sendInit)) {
+        session->Terminate();
     }
 }
 

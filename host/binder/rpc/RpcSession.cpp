@@ -170,7 +170,7 @@ void RpcSession::SendOwed(Connection* fallback) {
 
 binder_status_t RpcSession::Lend(AIBinder* object, uint64_t* address) {
     if (LocalBinder* const local = object->AsLocal(); local != nullptr) {
-        return mTable.Lend(local, address);
+        return EndIfDead(mTable.Lend(local, address));
     }
     const ProxyBinder* const proxy = object->AsProxy();
     if (!proxy->IsOf(this)) return STATUS_INVALID_OPERATION;
@@ -184,7 +184,7 @@ void RpcSession::TakeBack(uint64_t address) {
 
 binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinder** object) {
     Ref<AIBinder> found;
-    const binder_status_t status = mTable.Receive(address, stability, Self(), &found);
+    const auto status = EndIfDead(mTable.Receive(address, stability, Self(), &found));
     if (status != STATUS_OK) return status;
     if (found->AsLocal() != nullptr) {
         Owe(address, mTable.Acknowledge(address));
@@ -215,7 +215,13 @@ binder_status_t RpcSession::WatchForDeath() {
 /* The end. */
 
 void RpcSession::EndIfUsedUp() {
-    if (mTable.IsUsedUp()) Terminate();
+    if (mTable.CloseIfUsedUp()) Terminate();
+}
+
+binder_status_t RpcSession::EndIfDead(binder_status_t status) {
+    // The table was used up a moment ago; whoever noticed is about to end the session.
+    if (status == STATUS_DEAD_OBJECT) Terminate();
+    return status;
 }
 
 bool RpcSession::Lose() {

@@ -121,6 +121,8 @@ class ABINDER_API RpcSession final : public Session,
     void SendOwed(Connection* fallback);
     bool OwesNothing();
     void EndIfUsedUp();
+    /** Ends the session if that is what the table said; what it said. */
+    binder_status_t EndIfDead(binder_status_t status);
     /** Ends the session because a socket did; false. */
     bool Lose();
     /** Ends the session for a fault of the other end; false. */
