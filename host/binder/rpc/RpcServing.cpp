@@ -86,7 +86,7 @@ bool RpcSession::ServeTransact(Connection& connection, size_t bodyBytes) {
     }
     if (body.address == 0) return ServeSpecial(connection, body);
     return (body.flags & FLAG_ONEWAY) != 0 ? ServeOneway(connection, body, std::move(request))
-                                           : ServeMethod(connection, body, *request);
+                                           : ServeMethod(connection, body, std::move(request));
 }
 
 bool RpcSession::ServeSpecial(Connection& connection, const wire::TransactBody& body) {
@@ -107,11 +107,13 @@ bool RpcSession::ServeSpecial(Connection& connection, const wire::TransactBody& 
 }
 
 bool RpcSession::ServeMethod(Connection& connection, const wire::TransactBody& body,
-                             const AParcel& request) {
+                             std::unique_ptr<AParcel> request) {
     const Ref<LocalBinder> target = mTable.BeginServe(body.address);
     if (!target) return Break("a call of an unknown object");
     AParcel reply(Self());
-    const binder_status_t status = Execute(connection, *target.Get(), body, request, &reply);
+    const binder_status_t status = Execute(connection, *target.Get(), body, *request, &reply);
+    // What the callee did not keep of it is gone when the caller goes on.
+    request.reset();
     if (status == STATUS_OK) Owe(body.address, mTable.Acknowledge(body.address));
     if (!mSettings.acknowledgeWithReply) SendOwed(nullptr);
     if (!Answer(connection, body, status, reply)) return false;

@@ -100,7 +100,7 @@ class ABINDER_API RpcSession final : public Session,
     bool ServeTransact(Connection& connection, size_t bodyBytes);
     bool ServeSpecial(Connection& connection, const wire::TransactBody& body);
     bool ServeMethod(Connection& connection, const wire::TransactBody& body,
-                     const AParcel& request);
+                     std::unique_ptr<AParcel> request);
     bool ServeOneway(Connection& connection, const wire::TransactBody& body,
                      std::unique_ptr<AParcel> request);
     binder_status_t Execute(Connection& connection, LocalBinder& target,
