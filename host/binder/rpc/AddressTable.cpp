@@ -40,18 +40,38 @@ bool AddressTable::BeginCall(uint64_t address, bool oneway, uint64_t* asyncNumbe
 }
 
 void AddressTable::CountSent(Node& node, AIBinder* object) {
-    if (node.sent++ == 0) node.held = Ref<AIBinder>::Share(object);
+    ++node.sent;
+    if (!node.held) node.held = Ref<AIBinder>::Share(object);
 }
 
 void AddressTable::TakeBack(uint64_t address, uint64_t times) {
     Ref<AIBinder> ended;
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
-    if (node == mNodes.end() || times > node->second.sent) return;
-    node->second.sent -= times;
-    if (node->second.sent > 0) return;
-    ended = std::move(node->second.held);
+    if (node == mNodes.end()) return;
+    uint64_t& sent = node->second.sent;
+    // For an object of the other end more may come than was sent: for calls that failed before
+    // it was last forgotten.
+    if (times > sent && IsOwn(address)) return;
+    sent -= std::min(times, sent);
+    node->second.failed = std::min(node->second.failed, sent);
+    ended = LetGoIfDone(node);
+}
+
+void AddressTable::NoteFailure(uint64_t address) {
+    Ref<AIBinder> ended;
+    const std::lock_guard lock(mMutex);
+    const auto node = mNodes.find(address);
+    if (node == mNodes.end() || node->second.failed == node->second.sent) return;
+    ++node->second.failed;
+    ended = LetGoIfDone(node);
+}
+
+Ref<AIBinder> AddressTable::LetGoIfDone(Nodes::iterator node) {
+    if (node->second.sent > node->second.failed) return {};
+    auto ended = std::move(node->second.held);
     EraseIfDone(node);
+    return ended;
 }
 
 binder_status_t AddressTable::Receive(uint64_t address, int32_t stability,
@@ -195,7 +215,7 @@ AddressTable::Nodes::iterator AddressTable::NodeOfLocal(LocalBinder* object) {
 
 void AddressTable::EraseIfDone(Nodes::iterator node) {
     const Node& state = node->second;
-    if (state.sent > 0 || state.received > 0 || !state.waiting.empty()) return;
+    if (state.sent > state.failed || state.received > 0 || !state.waiting.empty()) return;
     if (IsOwn(node->first)) mLocals.erase(node->second.object.Refs());
     mNodes.erase(node);
 }

@@ -55,6 +55,9 @@ class AddressTable {
     bool BeginCall(uint64_t address, bool oneway, uint64_t* asyncNumber);
     /** The other end acknowledges, or what was written was not sent after all. */
     void TakeBack(uint64_t address, uint64_t times);
+    /** A call of a proxy came back without success: the other end acknowledges it with the next
+     * that succeeds, if there is one. */
+    void NoteFailure(uint64_t address);
 
     // Receiving.
 
@@ -89,9 +92,11 @@ class AddressTable {
         explicit Node(AIBinder* binder) : object(binder->Refs()) {}
 
         WeakRef object;
-        /** While sent > 0. */
+        /** While sent > failed: while something may be on the way. */
         Ref<AIBinder> held;
         uint64_t sent = 0;
+        /** Of these, calls that are over and not acknowledged. */
+        uint64_t failed = 0;
         uint64_t received = 0;
         /** Of the next oneway call, to send or to run. */
         uint64_t asyncNumber = 0;
@@ -106,6 +111,8 @@ class AddressTable {
     static void CountSent(Node& node, AIBinder* object);
     Ref<AIBinder> NewProxy(uint64_t address, int32_t stability,
                            const std::shared_ptr<Session>& session);
+    /** What was held, for the caller to drop without the lock. */
+    Ref<AIBinder> LetGoIfDone(Nodes::iterator node);
     void EraseIfDone(Nodes::iterator node);
 
     const Side mSide;

@@ -62,7 +62,10 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
                            iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
     const CallContext context(this, &connection, CallContext::Role::kCalls);
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
-    return oneway ? STATUS_OK : AwaitReply(connection, reply);
+    if (oneway) return STATUS_OK;
+    const binder_status_t status = AwaitReply(connection, reply);
+    if (status != STATUS_OK) mTable.NoteFailure(body.address);
+    return status;
 }
 
 binder_status_t RpcSession::AwaitReply(Connection& connection, AParcel* reply) {
