@@ -23,19 +23,30 @@ constexpr char kWho[] = "AONManagerCallback";
 /** Items of an event with every result, so that the list is allocated once. */
 constexpr size_t kMostResults = 14;
 
+/** A decoder of the output region, run when the event has the service type. */
+struct BlockParser {
+    uint32_t serviceType;
+    void (*parse)(std::vector<AONResult>& results, const uint8_t* output, uint32_t size);
+};
+
+/** Widens the size for the decoders that take it so. */
+template <void (*kParse)(std::vector<AONResult>&, const uint8_t*, uint64_t)>
+void Widened(std::vector<AONResult>& results, const uint8_t* output, uint32_t size) {
+    kParse(results, output, size);
+}
+
+/** In the order of their items. */
+constexpr BlockParser kBlockParsers[] = {
+        {IAONService::SERVICE_TYPE_FUSION, ParseFusionResult},
+        {IAONService::SERVICE_TYPE_FACE_ANGLE, Widened<ParseFaceAngleResult>},
+        {IAONService::SERVICE_TYPE_GAZE, Widened<ParseGazeResult>},
+        {IAONService::SERVICE_TYPE_FACE_FEATURE, Widened<ParseFaceFeatureResult>},
+};
+
 void ParseResults(std::vector<AONResult>& results, const aov_event& event) {
-    const uint32_t types = event.serviceType;
-    if (types & IAONService::SERVICE_TYPE_FUSION) {
-        ParseFusionResult(results, event.output, event.outputSize);
-    }
-    if (types & IAONService::SERVICE_TYPE_FACE_ANGLE) {
-        ParseFaceAngleResult(results, event.output, event.outputSize);
-    }
-    if (types & IAONService::SERVICE_TYPE_GAZE) {
-        ParseGazeResult(results, event.output, event.outputSize);
-    }
-    if (types & IAONService::SERVICE_TYPE_FACE_FEATURE) {
-        ParseFaceFeatureResult(results, event.output, event.outputSize);
+    for (const BlockParser& block : kBlockParsers) {
+        if ((event.serviceType & block.serviceType) == 0) continue;
+        block.parse(results, event.output, event.outputSize);
     }
     ParseImageData(results, &event);
 }

@@ -23,18 +23,10 @@ constexpr char kTooSmall[] = "output size is small than aod offset and size";
 constexpr uint32_t kMaxReportedItems = 13'107;
 constexpr size_t kLoggedFeatureBytes = 10;
 
-std::string Join(std::span<const float> values) {
+template <typename Numbers>
+std::string Join(const Numbers& values) {
     std::string text;
-    for (const float value : values) {
-        if (!text.empty()) text += ',';
-        text += std::to_string(value);
-    }
-    return text;
-}
-
-std::string Join(std::span<const uint8_t> values) {
-    std::string text;
-    for (const uint8_t value : values) {
+    for (const auto value : values) {
         if (!text.empty()) text += ',';
         text += std::to_string(value);
     }

@@ -11,8 +11,9 @@
  * touches nothing else; they run on the stream's thread and take no locks.
  *
  * `output` is the start of the record's output region, whole, and `size` the number of its bytes
- * that the stream calls valid. A block that does not end before `size`, with at least one byte to
- * spare, is refused: one log line, no item. Numbers inside the blocks are passed on as they are.
+ * that the stream calls valid (32 bits in the record; three decoders take it widened). A block that
+ * does not end before `size`, with at least one byte to spare, is refused: one log line, no item.
+ * Numbers inside the blocks are passed on as they are.
  */
 namespace zarvo::aon {
 

@@ -19,7 +19,8 @@ AONManager::~AONManager() {
     AON_LOGI(kWho, "aon manager destroy");
     std::future<int> pending;
     {
-        // Waited for without the lock, which the notification needs to come to its end.
+        // No call is inside any more, so mNotifyMutex has nobody to keep out. The last
+        // notification may still run; it needs mMutex, and is waited for without it.
         ScopedLock lock(mMutex);
         pending = std::move(mNotifyFuture);
     }

@@ -96,7 +96,6 @@ class AONManager : public std::enable_shared_from_this<AONManager>, public IAovS
 
   private:
     static constexpr char kWho[] = "AONManager";
-    static constexpr int32_t kNoSensor = -1;
 
     bool IsHeldByCameraLocked(int32_t sensorId) REQUIRES(mMutex);
     void FillUserParamLocked() REQUIRES(mMutex);

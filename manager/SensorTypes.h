@@ -6,6 +6,9 @@
 
 namespace zarvo::aon {
 
+/** In the place of a sensor's id: nothing runs, or nothing is subscribed. */
+inline constexpr int32_t kNoSensor = -1;
+
 /** The configuration the stream is subscribed with. */
 struct SensorConfig {
     int32_t sensorId = 0;

@@ -6,7 +6,7 @@
  * The system's one log tag and its form: "<class name>: <message>".
  *
  * `who` is the name of the logging class, `format` a string literal for printf. Callable from any
- * thread. What a line says about a frame is a matter of verbose logging (see Properties.h).
+ * thread. What a frame holds is only logged when properties::VerboseLog() says so.
  */
 #define AON_LOG(priority, who, format, ...) \
     __android_log_print((priority), "AONLog_HAL", "%s: " format, (who)__VA_OPT__(, ) __VA_ARGS__)

@@ -17,7 +17,7 @@ inline constexpr char kAovBitDepthSub[] = "vendor.debug.camera.utils.AovBitDepth
 inline constexpr char kAovDebugBuffer[] = "vendor.debug.camera.utils.AovDebugBuffer";
 inline constexpr char kDumpApu[] = "zarvo.aon.hal.mtk_dump_apu";
 
-/** Whether lines about single frames are logged. */
+/** Whether what a frame holds is logged. Warnings about a frame are logged without it. */
 inline bool VerboseLog() {
     return property_get_bool(kVerboseLog, false) != 0;
 }

@@ -91,6 +91,10 @@ ScopedAStatus AONService::RefuseLoggingOtherwise(int32_t code, const char* messa
     return ScopedAStatus::fromServiceSpecificErrorWithMessage(code, message);
 }
 
+ScopedAStatus AONService::RefuseUnknownHandle() {
+    return Refuse(kErrorGeneral, "in_clientHandle not register");
+}
+
 ScopedAStatus AONService::RefuseWithoutManager() {
     AON_LOGE(kWho, "aon manager is null");
     return ScopedAStatus::fromServiceSpecificError(kErrorGeneral);
@@ -101,7 +105,7 @@ ScopedAStatus AONService::RefuseNested() {
     return ScopedAStatus::fromExceptionCodeWithMessage(EX_ILLEGAL_STATE, kNestedMessage);
 }
 
-bool AONService::IsUnknownLocked(int64_t clientHandle) {
+bool AONService::IsUnknownToRegistryLocked(int64_t clientHandle) {
     return mRemoteCallBackManager != nullptr &&
            !mRemoteCallBackManager->CheckClientHandleRegistered(clientHandle);
 }

@@ -82,11 +82,13 @@ class __attribute__((visibility("default"))) AONService
     static ndk::ScopedAStatus Refuse(int32_t code, const char* message);
     static ndk::ScopedAStatus RefuseLoggingOtherwise(int32_t code, const char* message,
                                                      const char* logText);
+    static ndk::ScopedAStatus RefuseUnknownHandle();
     static ndk::ScopedAStatus RefuseWithoutManager();
     static ndk::ScopedAStatus RefuseNested();
 
     // Clients.
-    bool IsUnknownLocked(int64_t clientHandle) REQUIRES(mLock);
+    /** False without a registry: nobody can say then, and the checks that follow answer. */
+    bool IsUnknownToRegistryLocked(int64_t clientHandle) REQUIRES(mLock);
     int32_t AdmitLocked(const std::shared_ptr<IAONServiceCallBack>& callback, int64_t* clientHandle)
             REQUIRES(mLock);
     void EvictLocked(int64_t clientHandle) REQUIRES(mLock);

@@ -85,7 +85,7 @@ ScopedAStatus AONService::unregisterClient(int64_t clientHandle) {
         AON_LOGW(kWho, "mRemoteCallBackManager is null");
         return ScopedAStatus::ok();
     }
-    if (IsUnknownLocked(clientHandle)) return Refuse(kErrorGeneral, "in_clientHandle not register");
+    if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     const int32_t result = mRemoteCallBackManager->UnregisterClient(clientHandle);
     if (result != 0) AON_LOGE(kWho, "aon manager unregisterClient failed:%d", result);
     ForgetRegistrationLocked(clientHandle);

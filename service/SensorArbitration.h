@@ -28,8 +28,6 @@ using SensorConfigInfo = aidl::vendor::zarvo::hardware::camera::aon::SensorConfi
 /** The configuration of each client, by its handle. */
 using SensorConfigMap = std::map<int64_t, SensorConfigInfo>;
 
-/** The sensor of a merge of no configurations. */
-inline constexpr int32_t kNoSensor = -1;
 /** The merge of two delivery modes that do not go together. */
 inline constexpr int32_t kDeliveryModeConflict = -1;
 

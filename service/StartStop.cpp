@@ -30,7 +30,7 @@ bool AONService::CheckStartServiceType(int64_t clientHandle, int32_t serviceType
 ScopedAStatus AONService::startService(int64_t clientHandle, int32_t serviceType) {
     Operation operation(*this);
     if (operation.IsNested()) return RefuseNested();
-    if (IsUnknownLocked(clientHandle)) return Refuse(kErrorGeneral, "in_clientHandle not register");
+    if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return StartServiceLocked(clientHandle, serviceType);
 }
 
@@ -66,7 +66,7 @@ ScopedAStatus AONService::StartStreamLocked(int64_t clientHandle, int32_t servic
 ScopedAStatus AONService::stopService(int64_t clientHandle, int32_t serviceType) {
     Operation operation(*this);
     if (operation.IsNested()) return RefuseNested();
-    if (IsUnknownLocked(clientHandle)) return Refuse(kErrorGeneral, "in_clientHandle not register");
+    if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return StopServiceLocked(clientHandle, serviceType);
 }
 

@@ -63,7 +63,7 @@ bool AONService::CheckCanAddSensorConfigLocked(int64_t /*clientHandle*/,
 ScopedAStatus AONService::subscribeSensor(int64_t clientHandle, const SensorConfigInfo& config) {
     Operation operation(*this);
     if (operation.IsNested()) return RefuseNested();
-    if (IsUnknownLocked(clientHandle)) {
+    if (IsUnknownToRegistryLocked(clientHandle)) {
         return RefuseLoggingOtherwise(kErrorGeneral, "clientHandle not register",
                                       "in_clientHandle not register");
     }
@@ -112,7 +112,7 @@ ScopedAStatus AONService::SubscribeMergedLocked(int64_t clientHandle,
 ScopedAStatus AONService::unsubscribeSensor(int64_t clientHandle) {
     Operation operation(*this);
     if (operation.IsNested()) return RefuseNested();
-    if (IsUnknownLocked(clientHandle)) return Refuse(kErrorGeneral, "in_clientHandle not register");
+    if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return UnsubscribeSensorLocked(clientHandle);
 }
 

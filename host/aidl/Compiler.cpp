@@ -62,18 +62,12 @@ bool Generate(const Options& options, const Program& program, FileSystem& files,
     return output.Write(files);
 }
 
-/** Where a type's dump lies below the dump folder. */
-std::string DumpPath(const Definition& definition) {
-    std::string path = NdkSourcePath(definition);
-    return path.substr(0, path.size() - std::string_view("cpp").size()) + "aidl";
-}
-
 bool Dump(const Options& options, const Program& program, FileSystem& files,
           Diagnostics& diagnostics) {
     Output output(diagnostics);
     for (const Definition* definition : program.Inputs()) {
-        output.Add(options.dumpFolder, DumpPath(*definition), DumpApi(*definition->document),
-                   *definition);
+        output.Add(options.dumpFolder, AidlPath(definition->QualifiedName()),
+                   DumpApi(*definition->document), *definition);
     }
     return output.Write(files);
 }

@@ -143,7 +143,7 @@ void ExpressionParser::Add(ExpressionStep step) {
 
 bool ExpressionParser::Enter() {
     if (mDepth == kMaxDepth) {
-        mTokens.Fail(mTokens.Peek().position, "expression is nested too deeply");
+        mTokens.FailHere("expression is nested too deeply");
         return false;
     }
     ++mDepth;

@@ -9,6 +9,9 @@ namespace zarvo::host::aidl {
 
 // The marshalling half of an interface's source.
 
+/** Whether a call waits for no reply. The meta methods of a oneway interface have one. */
+bool NdkIsOneway(const Definition& definition, const Method& method);
+
 /** The arguments of a call that passes a method's parameters on. */
 std::string NdkArguments(const Method& method);
 

@@ -51,10 +51,6 @@ constexpr std::string_view kCase = R"(        case FIRST_CALL_TRANSACTION + ${id
             return _aidl_on_${method}(*_aidl_impl, _aidl_in, _aidl_out);
 )";
 
-std::string_view Nullable(const Type& type) {
-    return type.IsNullable() ? "Nullable" : "";
-}
-
 std::string Locals(const Method& method) {
     std::string lines;
     for (const Argument& argument : method.arguments) {
@@ -70,7 +66,7 @@ std::string ReadRequest(const Method& method) {
     std::string steps;
     for (const Argument& argument : method.arguments) {
         const std::string local = "(_aidl_in, &" + NdkParameterName(argument) + ")";
-        const std::string nullable(Nullable(argument.type));
+        const std::string nullable(NdkNullable(argument.type));
         if (argument.IsIn()) {
             steps += Fill(kReadStep, {{"call", "read" + nullable + "Data" + local}});
         } else if (argument.type.isArray) {
@@ -94,18 +90,18 @@ std::string WriteReply(const Method& method) {
     std::string steps;
     if (!method.returnType.IsVoid()) {
         steps += Fill(kWriteStep,
-                      {{"nullable", Nullable(method.returnType)}, {"value", "_aidl_return"}});
+                      {{"nullable", NdkNullable(method.returnType)}, {"value", "_aidl_return"}});
     }
     for (const Argument& argument : method.arguments) {
         if (!argument.IsOut()) continue;
-        steps += Fill(kWriteStep, {{"nullable", Nullable(argument.type)},
+        steps += Fill(kWriteStep, {{"nullable", NdkNullable(argument.type)},
                                    {"value", NdkParameterName(argument)}});
     }
     return steps;
 }
 
 std::string PrintFunction(const Definition& definition, const Method& method) {
-    const bool oneway = definition.IsOneway(method) && method.returnType.IsVoid();
+    const bool oneway = NdkIsOneway(definition, method);
     return Fill(kFunction, {{"name", definition.name},
                             {"method", method.name},
                             {"locals", Locals(method)},

@@ -121,16 +121,9 @@ std::string MethodDefinition(const std::string& className, const Method& method,
 
 /** The parameters of a method that uses none of them: their types alone. */
 std::string UnnamedParameters(const Method& method) {
-    Method unnamed = method;
     std::string parameters;
-    for (Argument& argument : unnamed.arguments) {
-        Method one;
-        one.returnType.builtin = Builtin::kVoid;
-        one.arguments = {argument};
-        std::string parameter = NdkParameters(one);
-        parameter.resize(parameter.size() - NdkParameterName(argument).size() - 1);
-        AppendSeparated(parameters, ", ", parameter);
-    }
+    for (const Argument& argument : method.arguments)
+        AppendSeparated(parameters, ", ", NdkParameterType(argument));
     if (!method.returnType.IsVoid()) {
         AppendSeparated(parameters, ", ", NdkType(method.returnType) + "*");
     }

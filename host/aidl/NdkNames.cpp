@@ -56,10 +56,6 @@ bool IsPassedByValue(const Type& type) {
     return !type.IsVector() && (primitive || IsEnum(type));
 }
 
-std::string InParameterType(const Type& type) {
-    return IsPassedByValue(type) ? NdkType(type) : "const " + NdkType(type) + "&";
-}
-
 std::string ElementValue(const Value& value, const Type& type) {
     if (value.enumeration != nullptr) return NdkClass(*value.enumeration) + "::" + value.text;
     switch (value.kind) {
@@ -121,6 +117,16 @@ std::string NdkType(const Type& type) {
     return type.IsVector() ? "std::vector<" + element + ">" : element;
 }
 
+std::string_view NdkNullable(const Type& type) {
+    return type.IsNullable() ? "Nullable" : "";
+}
+
+std::string NdkParameterType(const Argument& argument) {
+    const std::string type = NdkType(argument.type);
+    if (argument.IsOut()) return type + "*";
+    return IsPassedByValue(argument.type) ? type : "const " + type + "&";
+}
+
 std::string NdkParameterName(const Argument& argument) {
     if (!argument.IsOut()) return "in_" + argument.name;
     return (argument.IsIn() ? "inout_" : "out_") + argument.name;
@@ -129,9 +135,8 @@ std::string NdkParameterName(const Argument& argument) {
 std::string NdkParameters(const Method& method) {
     std::string parameters;
     for (const Argument& argument : method.arguments) {
-        const std::string type =
-                argument.IsOut() ? NdkType(argument.type) + "*" : InParameterType(argument.type);
-        AppendSeparated(parameters, ", ", type + " " + NdkParameterName(argument));
+        AppendSeparated(parameters, ", ",
+                        NdkParameterType(argument) + " " + NdkParameterName(argument));
     }
     if (!method.returnType.IsVoid()) {
         AppendSeparated(parameters, ", ", NdkType(method.returnType) + "* _aidl_return");

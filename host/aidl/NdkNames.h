@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/aidl/Ast.h"
 
@@ -32,6 +33,11 @@ std::string NdkSourcePath(const Definition& definition);
 std::string NdkType(const Type& type);
 /** The C++ type of one element, or of the value itself if the type is no array. */
 std::string NdkElementType(const Type& type);
+/** What tells the functions for nullable values from the others in their names: "Nullable" or "".
+ */
+std::string_view NdkNullable(const Type& type);
+/** The C++ type by which an argument is passed. */
+std::string NdkParameterType(const Argument& argument);
 /** in_name, out_name or inout_name */
 std::string NdkParameterName(const Argument& argument);
 /** The parameters of a method, its result's pointer last: "int32_t in_a, int64_t* _aidl_return". */

@@ -113,8 +113,7 @@ std::string Comparisons(const Definition& definition) {
 std::string FieldSteps(const Definition& definition, std::string_view step) {
     std::string steps;
     for (const Field& field : definition.fields) {
-        const std::string_view nullable = field.type.IsNullable() ? "Nullable" : "";
-        steps += Fill(step, {{"field", field.name}, {"nullable", nullable}});
+        steps += Fill(step, {{"field", field.name}, {"nullable", NdkNullable(field.type)}});
     }
     return steps;
 }

@@ -137,11 +137,7 @@ std::string Declarations(const Definition& definition, const NdkOptions& options
 std::string MoreDeclarations(const Definition& definition) {
     if (definition.IsEnum()) return PrintEnumValues(NdkClass(definition), definition.enumerators);
     if (definition.kind != Definition::Kind::kUnion) return {};
-    std::vector<Enumerator> tags(definition.fields.size());
-    for (size_t i = 0; i < tags.size(); ++i) {
-        tags[i].name = definition.fields[i].name;
-    }
-    return PrintEnumValues(NdkClass(definition) + "::Tag", tags);
+    return PrintEnumValues(NdkClass(definition) + "::Tag", UnionTags(definition));
 }
 
 std::string Definitions(const Definition& definition, const NdkOptions& options) {

@@ -37,6 +37,8 @@ std::string PrintParcelableDeclarations(const Definition& definition);
 std::string PrintParcelableDefinitions(const Definition& definition);
 std::string PrintUnionDeclarations(const Definition& definition);
 std::string PrintUnionDefinitions(const Definition& definition);
+/** A union's tags, as the enumerators that they become. */
+std::vector<Enumerator> UnionTags(const Definition& definition);
 std::string PrintEnumDeclarations(const Definition& definition);
 /** Constants of an interface, a parcelable or a union, inside and outside of their class. */
 std::string PrintConstantDeclarations(const Definition& definition);

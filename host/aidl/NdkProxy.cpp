@@ -58,10 +58,6 @@ constexpr std::string_view kToCache = R"(    {
     }
 )";
 
-std::string_view Nullable(const Type& type) {
-    return type.IsNullable() ? "Nullable" : "";
-}
-
 std::string WriteArgument(const Argument& argument) {
     const std::string parameter = NdkParameterName(argument);
     if (!argument.IsIn()) {
@@ -70,7 +66,7 @@ std::string WriteArgument(const Argument& argument) {
         return Fill(kStep, {{"call", "writeVectorSize(_aidl_in.get(), *" + parameter + ")"}});
     }
     const std::string call = Fill("write${nullable}Data(_aidl_in.get(), ${star}${parameter})",
-                                  {{"nullable", Nullable(argument.type)},
+                                  {{"nullable", NdkNullable(argument.type)},
                                    {"star", argument.IsOut() ? "*" : ""},
                                    {"parameter", parameter}});
     return Fill(kStep, {{"call", call}});
@@ -78,7 +74,7 @@ std::string WriteArgument(const Argument& argument) {
 
 std::string ReadInto(const Type& type, const std::string& pointer) {
     const std::string call = Fill("read${nullable}Data(_aidl_out.get(), ${pointer})",
-                                  {{"nullable", Nullable(type)}, {"pointer", pointer}});
+                                  {{"nullable", NdkNullable(type)}, {"pointer", pointer}});
     return Fill(kStep, {{"call", call}});
 }
 
@@ -100,7 +96,7 @@ std::string ReadReply(const Method& method) {
 
 std::string PrintMethod(const Definition& definition, const Method& method, std::string_view before,
                         std::string_view remember) {
-    const bool oneway = definition.IsOneway(method) && method.returnType.IsVoid();
+    const bool oneway = NdkIsOneway(definition, method);
     const std::string after =
             oneway ? std::string(kReturnOneway)
                    : Fill(kReadReply, {{"read", ReadReply(method)}, {"remember", remember}});
@@ -117,6 +113,10 @@ std::string PrintMethod(const Definition& definition, const Method& method, std:
 }
 
 }  // namespace
+
+bool NdkIsOneway(const Definition& definition, const Method& method) {
+    return definition.IsOneway(method) && method.returnType.IsVoid();
+}
 
 std::string NdkArguments(const Method& method) {
     std::string arguments;

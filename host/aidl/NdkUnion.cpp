@@ -135,8 +135,8 @@ constexpr std::string_view kToStringCase = R"(        case Tag::${field}:
 
 std::string TagLines(const Definition& definition) {
     std::string lines;
-    for (size_t i = 0; i < definition.fields.size(); ++i) {
-        lines += "        " + definition.fields[i].name + " = " + std::to_string(i) + ",\n";
+    for (const Enumerator& tag : UnionTags(definition)) {
+        lines += "        " + tag.name + " = " + std::to_string(tag.value) + ",\n";
     }
     return lines;
 }
@@ -177,21 +177,21 @@ std::string Cases(const Definition& definition, std::string_view text) {
     for (const Field& field : definition.fields) {
         cases += Fill(text, {{"field", field.name},
                              {"type", NdkType(field.type)},
-                             {"nullable", field.type.IsNullable() ? "Nullable" : ""}});
+                             {"nullable", NdkNullable(field.type)}});
     }
     return cases;
 }
 
-std::string TagToString(const Definition& definition) {
+}  // namespace
+
+std::vector<Enumerator> UnionTags(const Definition& definition) {
     std::vector<Enumerator> tags(definition.fields.size());
     for (size_t i = 0; i < tags.size(); ++i) {
         tags[i].name = definition.fields[i].name;
         tags[i].value = static_cast<int64_t>(i);
     }
-    return PrintEnumToString(definition.name + "::Tag", Builtin::kInt, tags);
+    return tags;
 }
-
-}  // namespace
 
 std::string PrintUnionDeclarations(const Definition& definition) {
     const std::string& name = definition.name;
@@ -205,7 +205,7 @@ std::string PrintUnionDeclarations(const Definition& definition) {
                 {{"stability", definition.IsVintfStable() ? "STABILITY_VINTF" : "STABILITY_LOCAL"},
                  {"constants", PrintConstantDeclarations(definition)},
                  {"types", AlternativeTypes(definition)}}) +
-           TagToString(definition);
+           PrintEnumToString(name + "::Tag", Builtin::kInt, UnionTags(definition));
 }
 
 std::string PrintUnionDefinitions(const Definition& definition) {

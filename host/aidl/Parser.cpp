@@ -6,20 +6,22 @@
 #include "host/aidl/ExpressionParser.h"
 #include "host/aidl/Remark.h"
 #include "host/aidl/TokenStream.h"
+#include "host/aidl/TypeParser.h"
 
 namespace zarvo::host::aidl {
 
 namespace {
 
 constexpr size_t kMaxMembers = 2048;
-constexpr size_t kMaxAnnotations = 16;
 constexpr size_t kMaxImports = 1024;
 
 /** Recursive descent over one file. Every loop ends because a failed stream is at its end. */
 class Parser {
   public:
     Parser(std::string path, std::string_view text, Diagnostics& diagnostics)
-        : mDocument(NewDocument(std::move(path))), mTokens(mDocument->path, text, diagnostics) {}
+        : mDocument(NewDocument(std::move(path))),
+          mTokens(mDocument->path, text, diagnostics),
+          mTypes(mTokens) {}
     std::unique_ptr<Document> Parse();
 
   private:
@@ -41,18 +43,13 @@ class Parser {
     void ParseArguments(Method& method);
     Argument ParseArgument();
     std::optional<uint32_t> ParseMethodId();
-    std::vector<Annotation> ParseAnnotations();
-    Annotation ParseAnnotation();
-    Type ParseType(std::vector<Annotation> annotations);
-    void ParseList(Type& type);
-    void ParseArraySuffix(Type& type);
     void ParseName(Named& named, std::string_view what);
     Expression ParseExpression() { return ExpressionParser(mTokens).Parse(); }
     bool RefuseNestedType();
-    void FailHere(std::string_view text) { mTokens.Fail(mTokens.Peek().position, text); }
 
     std::unique_ptr<Document> mDocument;
     TokenStream mTokens;
+    TypeParser mTypes;
 };
 
 std::unique_ptr<Document> Parser::Parse() {
@@ -62,7 +59,7 @@ std::unique_ptr<Document> Parser::Parse() {
     ParsePackage();
     ParseImports();
     mDocument->definition = ParseDefinition();
-    if (!mTokens.AtEnd()) FailHere("only one type per file is supported");
+    if (!mTokens.AtEnd()) mTokens.FailHere("only one type per file is supported");
     return mTokens.Failed() ? nullptr : std::move(mDocument);
 }
 
@@ -75,7 +72,7 @@ void Parser::ParsePackage() {
 
 void Parser::ParseImports() {
     while (mTokens.Accept("import")) {
-        if (mDocument->imports.size() == kMaxImports) return FailHere("too many imports");
+        if (mDocument->imports.size() == kMaxImports) return mTokens.FailHere("too many imports");
         Import import;
         import.position = mTokens.Peek().position;
         import.name = mTokens.ExpectQualifiedName("the type to import");
@@ -89,13 +86,13 @@ std::unique_ptr<Definition> Parser::ParseDefinition() {
     definition->package = mDocument->package;
     definition->document = mDocument.get();
     definition->remark = FindRemark(mTokens.Peek().comments);
-    definition->annotations = ParseAnnotations();
+    definition->annotations = mTypes.ParseAnnotations();
     if (!ParseKind(*definition)) return nullptr;
     ParseName(*definition, "the type's name");
     if (mTokens.Peek().Is(";") || mTokens.Peek().Is("cpp_header")) {
-        FailHere("a type without a body (unstructured parcelable) is not supported");
+        mTokens.FailHere("a type without a body (unstructured parcelable) is not supported");
     }
-    if (mTokens.Peek().Is("<")) FailHere("generic types are not supported");
+    if (mTokens.Peek().Is("<")) mTokens.FailHere("generic types are not supported");
     mTokens.Expect("{");
     if (definition->IsEnum()) {
         ParseEnumerators(*definition);
@@ -129,38 +126,39 @@ bool Parser::ParseKind(Definition& definition) {
 void Parser::ParseBody(Definition& definition) {
     size_t members = 0;
     while (!mTokens.Peek().Is("}") && !mTokens.AtEnd()) {
-        if (++members > kMaxMembers) return FailHere("too many members");
+        if (++members > kMaxMembers) return mTokens.FailHere("too many members");
         ParseMember(definition);
     }
 }
 
 void Parser::ParseMember(Definition& definition) {
     const std::string remark = FindRemark(mTokens.Peek().comments);
-    std::vector<Annotation> annotations = ParseAnnotations();
+    std::vector<Annotation> annotations = mTypes.ParseAnnotations();
     if (RefuseNestedType()) return;
     if (mTokens.Accept("const")) {
         definition.constants.push_back(ParseConstant(std::move(annotations)));
         definition.constants.back().remark = remark;
     } else if (definition.IsInterface()) {
         const bool oneway = mTokens.Accept("oneway");
-        definition.methods.push_back(ParseMethod(oneway, ParseType(std::move(annotations))));
+        definition.methods.push_back(ParseMethod(oneway, mTypes.ParseType(std::move(annotations))));
         definition.methods.back().remark = remark;
     } else {
-        definition.fields.push_back(ParseField(ParseType(std::move(annotations))));
+        definition.fields.push_back(ParseField(mTypes.ParseType(std::move(annotations))));
         definition.fields.back().remark = remark;
     }
 }
 
 bool Parser::RefuseNestedType() {
     for (const std::string_view word : {"interface", "parcelable", "union", "enum"}) {
-        if (mTokens.Peek().Is(word)) FailHere("nested types are not supported");
+        if (mTokens.Peek().Is(word)) mTokens.FailHere("nested types are not supported");
     }
     return mTokens.Failed();
 }
 
 void Parser::ParseEnumerators(Definition& definition) {
     while (!mTokens.Peek().Is("}") && !mTokens.AtEnd()) {
-        if (definition.enumerators.size() == kMaxMembers) return FailHere("too many enumerators");
+        if (definition.enumerators.size() == kMaxMembers)
+            return mTokens.FailHere("too many enumerators");
         Enumerator enumerator;
         enumerator.remark = FindRemark(mTokens.Peek().comments);
         ParseName(enumerator, "an enumerator's name");
@@ -172,7 +170,7 @@ void Parser::ParseEnumerators(Definition& definition) {
 
 Constant Parser::ParseConstant(std::vector<Annotation> annotations) {
     Constant constant;
-    constant.type = ParseType(std::move(annotations));
+    constant.type = mTypes.ParseType(std::move(annotations));
     ParseName(constant, "the constant's name");
     mTokens.Expect("=");
     constant.expression = ParseExpression();
@@ -204,7 +202,7 @@ Method Parser::ParseMethod(bool oneway, Type type) {
 
 void Parser::ParseArguments(Method& method) {
     while (!mTokens.Peek().Is(")") && !mTokens.AtEnd()) {
-        if (method.arguments.size() == kMaxMembers) return FailHere("too many arguments");
+        if (method.arguments.size() == kMaxMembers) return mTokens.FailHere("too many arguments");
         method.arguments.push_back(ParseArgument());
         if (!mTokens.Accept(",")) break;
     }
@@ -219,7 +217,7 @@ Argument Parser::ParseArgument() {
     } else if (mTokens.Accept("inout")) {
         argument.direction = Direction::kInOut;
     }
-    argument.type = ParseType(ParseAnnotations());
+    argument.type = mTypes.ParseType(mTypes.ParseAnnotations());
     ParseName(argument, "the argument's name");
     return argument;
 }
@@ -234,73 +232,6 @@ std::optional<uint32_t> Parser::ParseMethodId() {
     }
     mTokens.Take();
     return id;
-}
-
-std::vector<Annotation> Parser::ParseAnnotations() {
-    std::vector<Annotation> annotations;
-    while (mTokens.Peek().Is("@")) {
-        if (annotations.size() == kMaxAnnotations) FailHere("too many annotations");
-        annotations.push_back(ParseAnnotation());
-    }
-    return annotations;
-}
-
-Annotation Parser::ParseAnnotation() {
-    Annotation annotation;
-    annotation.position = mTokens.Take().position;
-    annotation.name = mTokens.ExpectIdentifier("an annotation's name");
-    if (!mTokens.Accept("(")) return annotation;
-    while (!mTokens.Peek().Is(")") && !mTokens.AtEnd()) {
-        if (annotation.parameters.size() == kMaxAnnotations) FailHere("too many parameters");
-        AnnotationParameter parameter{mTokens.ExpectIdentifier("a parameter's name"), {}};
-        mTokens.Expect("=");
-        const Token literal = mTokens.Take();
-        const bool quoted = literal.kind == Token::Kind::kString;
-        if (!quoted && !literal.Is("true") && !literal.Is("false")) {
-            mTokens.Fail(literal.position, "expected a string, true or false");
-        }
-        parameter.literal = quoted ? "\"" + std::string(literal.text) + "\"" : literal.text;
-        annotation.parameters.push_back(std::move(parameter));
-        if (!mTokens.Accept(",")) break;
-    }
-    mTokens.Expect(")");
-    return annotation;
-}
-
-Type Parser::ParseType(std::vector<Annotation> annotations) {
-    Type type;
-    type.annotations = std::move(annotations);
-    type.position = mTokens.Peek().position;
-    type.name = mTokens.ExpectQualifiedName("a type");
-    if (mTokens.Peek().Is("<")) ParseList(type);
-    while (mTokens.Peek().Is("[")) {
-        ParseArraySuffix(type);
-    }
-    return type;
-}
-
-void Parser::ParseList(Type& type) {
-    if (type.name != "List") {
-        return FailHere("generic type '" + type.name + "' is not supported, only List<T> is");
-    }
-    mTokens.Take();
-    type.isList = true;
-    type.position = mTokens.Peek().position;
-    type.name = mTokens.ExpectQualifiedName("the type of the elements");
-    if (mTokens.Peek().Is("<") || mTokens.Peek().Is("[")) {
-        return FailHere("lists of lists or arrays are not supported");
-    }
-    mTokens.Expect(">");
-}
-
-void Parser::ParseArraySuffix(Type& type) {
-    if (type.IsVector()) return FailHere("arrays of arrays or lists are not supported");
-    mTokens.Take();
-    if (!mTokens.Peek().Is("]") && !mTokens.AtEnd()) {
-        return FailHere("arrays of fixed size are not supported");
-    }
-    mTokens.Expect("]");
-    type.isArray = true;
 }
 
 void Parser::ParseName(Named& named, std::string_view what) {

@@ -43,6 +43,12 @@ std::string_view Reason(FileSystem::Status status) {
 
 }  // namespace
 
+std::string AidlPath(std::string_view qualifiedName) {
+    std::string path(qualifiedName);
+    std::replace(path.begin(), path.end(), '.', '/');
+    return path + ".aidl";
+}
+
 Program::Program(FileSystem& files, std::vector<std::string> roots, Diagnostics& diagnostics)
     : mFiles(files), mRoots(std::move(roots)), mDiagnostics(diagnostics) {}
 
@@ -75,11 +81,10 @@ Document* Program::Take(const std::string& path, const FileSystem::Content& cont
 bool Program::Add(std::unique_ptr<Document> document) {
     Definition* definition = document->definition.get();
     const std::string name = definition->QualifiedName();
-    std::string relative = name;
-    std::replace(relative.begin(), relative.end(), '.', '/');
-    if (!("/" + document->path).ends_with("/" + relative + ".aidl")) {
+    const std::string place = AidlPath(name);
+    if (!("/" + document->path).ends_with("/" + place)) {
         mDiagnostics.Error(document->path, definition->position,
-                           "type " + name + " has to lie in a file " + relative + ".aidl");
+                           "type " + name + " has to lie in a file " + place);
         return false;
     }
     if (const auto found = mTypes.find(name); found != mTypes.end() && found->second != nullptr) {
@@ -140,10 +145,8 @@ void Program::LoadReferences(const Document& document, const Expression& express
 void Program::LoadQualified(const std::string& qualifiedName) {
     if (mTypes.find(qualifiedName) != mTypes.end()) return;
     mTypes[qualifiedName] = nullptr;
-    std::string relative = qualifiedName;
-    std::replace(relative.begin(), relative.end(), '.', '/');
     for (const std::string& root : mRoots) {
-        const std::string path = root + "/" + relative + ".aidl";
+        const std::string path = root + "/" + AidlPath(qualifiedName);
         const FileSystem::Content content = mFiles.Read(path);
         if (content.status == FileSystem::Status::kMissing) continue;
         Take(path, content);

@@ -13,6 +13,9 @@
 
 namespace zarvo::host::aidl {
 
+/** Where a type lies below a root: a/b/C.aidl for a.b.C. */
+std::string AidlPath(std::string_view qualifiedName);
+
 /**
  * The types of one run: those of the files on the command line, and all that they use, directly
  * or not, found below the import roots. Owns the documents; pointers to definitions stay valid

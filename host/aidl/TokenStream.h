@@ -34,6 +34,8 @@ class TokenStream {
 
     /** Reports the file's first error, and ends the stream. */
     void Fail(Position position, std::string_view text);
+    /** The same, where the token in sight stands. */
+    void FailHere(std::string_view text) { Fail(mToken.position, text); }
     /** Reports that `what` was expected where the token in sight stands. */
     void FailExpected(std::string_view what);
 

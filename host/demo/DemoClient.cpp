@@ -9,7 +9,7 @@
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
 
-#include "host/demo/EventText.h"
+#include "host/text/EventText.h"
 
 namespace zarvo::host::demo {
 
@@ -44,7 +44,7 @@ class DemoClient::Callback : public BnAONServiceCallBack {
     ndk::ScopedAStatus onAONEvent(int64_t /*clientHandle*/, const AONCallBackInfo& info) override {
         std::lock_guard lock(mMutex);
         ++mEvents;
-        if (mLeftToWatch > 0 && info.serviceType == mWatchedTypes) {
+        if (mLeftToWatch > 0 && IsWatchedLocked(info)) {
             --mLeftToWatch;
             mNarrator.Tell(mName, "  event " + EventText(info));
         }
@@ -62,9 +62,9 @@ class DemoClient::Callback : public BnAONServiceCallBack {
         return ndk::ScopedAStatus::ok();
     }
 
-    bool WatchEvents(int32_t serviceTypes, int count) {
+    bool WatchEvents(const Watch& watch, int count) {
         std::unique_lock lock(mMutex);
-        mWatchedTypes = serviceTypes;
+        mWatch = watch;
         mLeftToWatch = count;
         return mChanged.wait_for(lock, kPatience, [&] { return mLeftToWatch == 0; });
     }
@@ -81,13 +81,19 @@ class DemoClient::Callback : public BnAONServiceCallBack {
     }
 
   private:
+    bool IsWatchedLocked(const AONCallBackInfo& info) const {
+        const bool anyFaces = !mWatch.faces.has_value();
+        return info.serviceType == mWatch.serviceTypes &&
+               (anyFaces || FaceCount(info) == mWatch.faces);
+    }
+
     const std::string mName;
     Narrator& mNarrator;
     std::mutex mMutex;
     std::condition_variable mChanged;
     int mEvents = 0;
     int mStates = 0;
-    int32_t mWatchedTypes = 0;
+    Watch mWatch;
     /** How many events are still to be told; others are only counted. */
     int mLeftToWatch = 0;
     std::map<int32_t, int32_t> mLastStates;
@@ -151,8 +157,8 @@ void DemoClient::Unregister() {
     Call("unregisterClient()", [&] { return mService->unregisterClient(mHandle); });
 }
 
-void DemoClient::WatchEvents(int32_t serviceTypes, int count) {
-    mNarrator.Check(mCallback->WatchEvents(serviceTypes, count), mName + " gets events");
+void DemoClient::WatchEvents(const Watch& watch, int count) {
+    mNarrator.Check(mCallback->WatchEvents(watch, count), mName + " gets events");
 }
 
 void DemoClient::AwaitState(int32_t sensorId, int32_t state) {

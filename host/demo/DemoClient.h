@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
@@ -32,11 +33,18 @@ class DemoClient {
     void Unsubscribe();
     void Unregister();
 
+    /** Which events to watch for. */
+    struct Watch {
+        /** Exactly these. */
+        int32_t serviceTypes = 0;
+        /** How many faces the event tells of; any number, when there is none here. */
+        std::optional<int32_t> faces = std::nullopt;
+    };
     /**
-     * Waits for that many more events with exactly these service types, and tells them. An event
-     * from before the last start may still be on its way; it is passed over.
+     * Waits for that many more such events, and tells them. Others are passed over: one from
+     * before the last start, or the last change of the scene, may still be on its way.
      */
-    void WatchEvents(int32_t serviceTypes, int count);
+    void WatchEvents(const Watch& watch, int count);
     /** Waits until the last state told of the sensor is this one. */
     void AwaitState(int32_t sensorId, int32_t state);
 

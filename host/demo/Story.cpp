@@ -62,20 +62,27 @@ class Story {
     void EventsArrive() {
         mNarrator.Step("It starts two services, and events arrive");
         mAlice->Start(kFusion | kGaze);
-        mAlice->WatchEvents(kFusion | kGaze, 15);
+        mAlice->WatchEvents({kFusion | kGaze, 1}, 5);
+        mNarrator.Remark("Somebody joins:");
+        Show(Cast::kTwo, 2);
+        mNarrator.Remark("All of them go:");
+        Show(Cast::kNobody, 0);
+        mNarrator.Remark("From here on people come and go:");
+        SimulatorControl::Instance().SetCast(Cast::kStory);
+        mAlice->WatchEvents({kFusion | kGaze}, 3);
     }
 
     void AliceStopsGaze() {
         mNarrator.Step("It stops one of them: the stream starts anew with the rest");
         mAlice->Stop(kGaze);
-        mAlice->WatchEvents(kFusion, 8);
+        mAlice->WatchEvents({kFusion}, 8);
     }
 
     void CameraTakesTheSensor() {
         mNarrator.Step("The regular camera opens and takes the sensor");
         SimulatorControl::Instance().OpenCamera(kCamera);
         mAlice->AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_BUSY);
-        CheckRunning(false);
+        CheckSensorIsOff();
         mNarrator.Remark("While the camera holds the sensor, a start is refused:");
         mAlice->Start(kFusion, DemoClient::Expected::kRefused);
     }
@@ -85,22 +92,22 @@ class Story {
         SimulatorControl::Instance().CloseCamera(kCamera);
         mAlice->AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_IDLE);
         mAlice->Start(kFusion | kFaceAngle);
-        mAlice->WatchEvents(kFusion | kFaceAngle, 8);
+        mAlice->WatchEvents({kFusion | kFaceAngle}, 8);
     }
 
     void BobReplacesAlice() {
         mNarrator.Step("A second client registers and takes the first one's place");
         mBob->Register(kFusion | kFaceFeature);
-        CheckRunning(false);
+        CheckSensorIsOff();
         mBob->Subscribe(Config(320, 240, kFusion | kFaceFeature));
         mBob->Start(kFusion | kFaceFeature);
-        mBob->WatchEvents(kFusion | kFaceFeature, 8);
+        mBob->WatchEvents({kFusion | kFaceFeature}, 8);
     }
 
     void BobDies() {
         mNarrator.Step("The second client dies; the sensor is released");
         mBob->Kill();
-        CheckRunning(false);
+        CheckSensorIsOff();
     }
 
     void AliceEndsPolitely() {
@@ -108,11 +115,11 @@ class Story {
         mAlice->Register(kGaze);
         mAlice->Subscribe(Config(640, 480, kGaze));
         mAlice->Start(kGaze);
-        mAlice->WatchEvents(kGaze, 5);
+        mAlice->WatchEvents({kGaze}, 5);
         mAlice->Stop(kGaze);
         mAlice->Unsubscribe();
         mAlice->Unregister();
-        CheckRunning(false);
+        CheckSensorIsOff();
     }
 
     void ServiceGoesDown() {
@@ -131,18 +138,24 @@ class Story {
                          " state notices reached the clients.");
         std::string lines;
         for (const auto& [letter, count] : mNarrator.LogLines()) {
-            lines += " " + std::string(1, letter) + ":" + std::to_string(count);
+            lines += (lines.empty() ? "" : ", ") + std::to_string(count) + " " + letter;
         }
-        mNarrator.Remark("The service logged" + lines + " lines (by priority).");
+        mNarrator.Remark("The service's log lines: " + lines +
+                         ". What each W and E means: docs/refusals.md");
         mNarrator.Remark(std::to_string(mNarrator.Checks() - mNarrator.Failures()) + " of " +
                          std::to_string(mNarrator.Checks()) + " checks held.");
     }
 
   private:
-    void CheckRunning(bool expected) {
+    /** Changes who is in front of the sensor, and waits for events that tell it. */
+    void Show(Cast cast, int32_t faces) {
+        SimulatorControl::Instance().SetCast(cast);
+        mAlice->WatchEvents({kFusion | kGaze, faces}, 3);
+    }
+    void CheckSensorIsOff() {
         const bool running = SimulatorControl::Instance().Running();
         mNarrator.Remark(running ? "The sensor runs." : "The sensor is off.");
-        mNarrator.Check(running == expected, "the sensor is off");
+        mNarrator.Check(!running, "the sensor is off");
     }
 
     Narrator& mNarrator;

@@ -1,10 +1,14 @@
+#include <android/binder_manager.h>
+
 #include <csignal>
 #include <thread>
 
 #include "host/binder/services/PublishedServices.h"
 #include "host/binder/services/ThreadPool.h"
+#include "host/control/HostControl.h"
 #include "host/service/HostControls.h"
 #include "host/stream/SimulatorControl.h"
+#include "platform/Log.h"
 
 namespace zarvo::host {
 
@@ -29,6 +33,15 @@ void BeginHostControls() {
         sigwait(&signals, &signal);
         ThreadPool::Instance().Stop();
     }).detach();
+}
+
+bool PublishHostControls(AIBinder* service) {
+    const auto control = ndk::SharedRefBase::make<HostControl>(ndk::SpAIBinder(service));
+    AIBinder_incStrong(service);
+    const auto result =
+            AServiceManager_addService(control->asBinder().get(), HostControl::INSTANCE);
+    if (result != EX_NONE) AON_LOGE("AONService", "cannot publish the host's controls");
+    return result == EX_NONE;
 }
 
 void EndHostControls() {

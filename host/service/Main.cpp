@@ -20,13 +20,14 @@ constexpr uint32_t kMoreThreads = 7;
 int main() {
     zarvo::host::BeginHostControls();
     ABinderProcess_setThreadPoolMaxThreadCount(kMoreThreads);
-    const auto service = ndk::SharedRefBase::make<zarvo::aon::AONService>();
+    const ndk::SpAIBinder service = ndk::SharedRefBase::make<zarvo::aon::AONService>()->asBinder();
     const std::string instance = std::string(zarvo::aon::AONService::descriptor) + "/default";
-    const auto result = AServiceManager_addService(service->asBinder().get(), instance.c_str());
+    const auto result = AServiceManager_addService(service.get(), instance.c_str());
     if (result != EX_NONE) {
         AON_LOGE("AONService", "cannot publish %s: exception %d", instance.c_str(), result);
         return EXIT_FAILURE;
     }
+    if (!zarvo::host::PublishHostControls(service.get())) return EXIT_FAILURE;
     ABinderProcess_joinThreadPool();
     zarvo::host::EndHostControls();
     return EXIT_SUCCESS;

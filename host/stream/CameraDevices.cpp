@@ -14,6 +14,11 @@ void CameraDevices::SetDevices(std::map<int, std::vector<int>> devices) {
     mDevices = std::move(devices);
 }
 
+std::map<int, std::vector<int>> CameraDevices::Devices() const {
+    const std::lock_guard lock(mMutex);
+    return mDevices;
+}
+
 std::vector<int> CameraDevices::getSensorIdsOfDevice(int instanceId) {
     const std::lock_guard lock(mMutex);
     const auto found = mDevices.find(instanceId);

@@ -21,6 +21,8 @@ class [[gnu::visibility("default")]] CameraDevices final : public HalLogicalDevi
     /** Replaces the table: instance id -> sensor ids. */
     void SetDevices(std::map<int, std::vector<int>> devices);
 
+    std::map<int, std::vector<int>> Devices() const;
+
     std::vector<int> getSensorIdsOfDevice(int instanceId) override;
 
     /** Failures of getMtkcamModuleFactory() and of the factory, which then give null. */
@@ -29,7 +31,7 @@ class [[gnu::visibility("default")]] CameraDevices final : public HalLogicalDevi
   private:
     CameraDevices() = default;
 
-    std::mutex mMutex;
+    mutable std::mutex mMutex;
     std::map<int, std::vector<int>> mDevices{{0, {0}}, {1, {1}},    {2, {2}},
                                              {3, {3}}, {4, {0, 1}}, {5, {2, 3}}};
 };

@@ -45,15 +45,22 @@ void CameraNotices::PushLocked(Kind kind, int instanceId, uint32_t cycles) {
 }
 
 bool CameraNotices::EnsureThreadLocked() {
-    if (mThread.joinable()) return true;
+    if (mServing) return true;
+    JoinServedLocked();
     try {
         mThread = std::thread([this] { Run(); });
+        mServing = true;
     } catch (const std::system_error& error) {
         __android_log_print(ANDROID_LOG_ERROR, "SimulatedSensor", "camera notice lost: %s",
                             error.what());
         return false;
     }
     return true;
+}
+
+std::vector<int> CameraNotices::OpenDevices() const {
+    const std::lock_guard lock(mMutex);
+    return {mOpenDevices.begin(), mOpenDevices.end()};
 }
 
 void CameraNotices::WaitUntilDelivered() {
@@ -65,18 +72,21 @@ void CameraNotices::Shutdown() {
     std::unique_lock lock(mMutex);
     mStopping = true;
     mChanged.notify_all();
-    std::thread ending = std::move(mThread);
-    lock.unlock();
-    if (ending.joinable()) ending.join();
-    lock.lock();
+    mChanged.wait(lock, [this] { return !mServing; });
     mStopping = false;
+    JoinServedLocked();
+}
+
+void CameraNotices::JoinServedLocked() {
+    // The thread takes no lock any more, so this does not wait for long.
+    if (mThread.joinable()) mThread.join();
 }
 
 void CameraNotices::Run() {
     std::unique_lock lock(mMutex);
     while (true) {
         mChanged.wait(lock, [this] { return !mNotices.empty() || mStopping; });
-        if (mNotices.empty()) return;
+        if (mNotices.empty()) break;
         const Notice notice = mNotices.front();
         mNotices.pop_front();
         mDelivering = true;
@@ -86,6 +96,8 @@ void CameraNotices::Run() {
         mDelivering = false;
         mChanged.notify_all();
     }
+    mServing = false;
+    mChanged.notify_all();
 }
 
 void CameraNotices::Deliver(const Notice& notice) {

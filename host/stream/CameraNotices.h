@@ -7,6 +7,7 @@
 #include <mutex>
 #include <set>
 #include <thread>
+#include <vector>
 
 #include "platform/mtkcam/IAOVStream.h"
 
@@ -18,7 +19,8 @@ namespace zarvo::host {
  *
  * A notice is for the callback of the time of its call, which is held weakly: when there is none,
  * nobody is told. A new callback is told of the devices that are open when it comes. No lock is
- * held while it is called, so it may call the stream. Any thread; Shutdown() not from a notice.
+ * held while it is called, so it may call the stream. Any thread; Shutdown() by one at a time, and
+ * not from a notice.
  */
 class CameraNotices {
   public:
@@ -32,6 +34,7 @@ class CameraNotices {
     void Close(int instanceId);
     /** Opens and closes the device so many times in a row. */
     void Storm(int instanceId, uint32_t cycles);
+    std::vector<int> OpenDevices() const;
     /** Waits until the callback returned from every notice so far. */
     void WaitUntilDelivered();
     /** Delivers what is left, of a storm only the cycle it is in, and ends the thread; a later
@@ -52,20 +55,24 @@ class CameraNotices {
     };
 
     void PushLocked(Kind kind, int instanceId, uint32_t cycles = 0);
-    /** Whether the thread runs, after trying to start it. */
+    /** Whether a thread serves, after trying to start one. */
     bool EnsureThreadLocked();
+    /** Joins a thread that serves no more, if there is one. */
+    void JoinServedLocked();
     void Run();
     void Deliver(const Notice& notice);
     void DeliverStorm(const Notice& notice);
     bool Stopping();
 
-    std::mutex mMutex;
+    mutable std::mutex mMutex;
     std::condition_variable mChanged;
     std::weak_ptr<IAovStreamCallback> mListener;
     std::set<int> mOpenDevices;
     std::deque<Notice> mNotices;
     bool mDelivering = false;
     bool mStopping = false;
+    /** Whether mThread will look for notices again. */
+    bool mServing = false;
     std::thread mThread;
 };
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/stream/Random.h"
+#include "host/stream/scene/Random.h"
 
 namespace zarvo::host {
 

@@ -4,11 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <numbers>
 
-#include "host/stream/Canvas.h"
-#include "host/stream/Random.h"
 #include "host/stream/RecordLayout.h"
+#include "host/stream/picture/Canvas.h"
+#include "host/stream/scene/Random.h"
 
 namespace zarvo::host {
 namespace {
@@ -18,8 +17,6 @@ using Bytes = std::span<uint8_t>;
 
 /** Sets the numbers of feature vectors apart from all others of chance. */
 constexpr uint64_t kFeatures = 0x6661636573;
-
-constexpr float kDegree = std::numbers::pi_v<float> / 180;
 
 Bytes At(Bytes output, Region region) {
     return output.subspan(region.offset, region.size);
@@ -164,8 +161,8 @@ void WriteGaze(const View& view, Bytes output) {
         std::array{DegreesToByte(face.gazeYaw), DegreesToByte(face.gazePitch), open,
                    ShareToByte(face.confidence)});
     Put(At(output, layout::kGazeOutput1), 0, std::array{open, open});
-    const float yaw = face.gazeYaw * kDegree;
-    const float pitch = face.gazePitch * kDegree;
+    const float yaw = Radians(face.gazeYaw);
+    const float pitch = Radians(face.gazePitch);
     const std::array<float, 6> result{std::sin(yaw) * std::cos(pitch),
                                       std::sin(pitch),
                                       std::cos(yaw) * std::cos(pitch),

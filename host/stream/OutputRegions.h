@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <span>
 
-#include "host/stream/FaceLayout.h"
-#include "host/stream/Scene.h"
+#include "host/stream/picture/FaceLayout.h"
+#include "host/stream/scene/Scene.h"
 
 namespace zarvo::host {
 

@@ -5,8 +5,8 @@
 #include <type_traits>
 
 #include "host/stream/OutputRegions.h"
-#include "host/stream/Picture.h"
 #include "host/stream/RecordLayout.h"
+#include "host/stream/picture/Picture.h"
 
 namespace zarvo::host {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "host/stream/Cast.h"
 #include "host/stream/SimulatorControl.h"
+#include "host/stream/scene/Cast.h"
 #include "platform/mtkcam/aov_event.h"
 
 namespace zarvo::host {

@@ -53,6 +53,7 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     void OpenCamera(int instanceId) override;
     void CloseCamera(int instanceId) override;
     void StormCamera(int instanceId, uint32_t cycles) override;
+    std::vector<int> OpenCameras() const override;
     void WaitForCameraNotices() override;
     std::vector<CameraStatus> CameraStatusCalls() const override;
     bool Running() const override;
@@ -75,6 +76,8 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     DeliveryRun::Period LatenessOfNext(DeliveryRun::Period period) const;
     aov_event* RenderNext(RenderConfig config, aov_event& record);
 
+    /** Held for all of a Shutdown(), and taken before mMutex. */
+    std::mutex mShutdownMutex;
     mutable std::mutex mMutex;
     std::vector<SensorDescription> mSensors;
     uint64_t mSeed = 1;

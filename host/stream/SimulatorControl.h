@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/common/FaultPoint.h"
-#include "host/stream/Cast.h"
+#include "host/stream/scene/Cast.h"
 #include "platform/mtkcam/IAOVStream.h"
 
 namespace zarvo::host {
@@ -116,6 +116,8 @@ class SimulatorControl {
     /** The same for a device that opens and closes `cycles` times in a row, as fast as the
      * callback takes it, and ends closed. Later notices wait for it, Shutdown() cuts it short. */
     virtual void StormCamera(int instanceId, uint32_t cycles) = 0;
+    /** Which devices are open, as ordered; the callback may not have heard of it yet. */
+    virtual std::vector<int> OpenCameras() const = 0;
     /** Waits until the callback returned from every notice so far. */
     virtual void WaitForCameraNotices() = 0;
 

@@ -75,6 +75,10 @@ void SimulatedSensor::StormCamera(int instanceId, uint32_t cycles) {
     mNotices.Storm(instanceId, cycles);
 }
 
+std::vector<int> SimulatedSensor::OpenCameras() const {
+    return mNotices.OpenDevices();
+}
+
 void SimulatedSensor::WaitForCameraNotices() {
     mNotices.WaitUntilDelivered();
 }
@@ -90,6 +94,8 @@ bool SimulatedSensor::Running() const {
 }
 
 void SimulatedSensor::Shutdown() {
+    // Whoever comes second waits, too, for the callbacks that the first one waits for.
+    const std::lock_guard oneAtATime(mShutdownMutex);
     // Notices first: a camera that opened may want to stop the stream itself.
     mNotices.Shutdown();
     std::list<std::shared_ptr<DeliveryRun>> runs;

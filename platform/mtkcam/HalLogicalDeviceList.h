@@ -15,7 +15,10 @@ class HalLogicalDeviceList {
 /** The module id under which the logical device list is found. */
 inline constexpr uint32_t MTKCAM_MODULE_ID_HAL_LOGICAL_DEVICE_LIST = 0x30001;
 
-/** Gives the module, which lives as long as the process; may give null. */
+/**
+ * Gives the module, a HalLogicalDeviceList* for the id above. It lives as long as the process; may
+ * be null.
+ */
 using MtkcamModuleFactory = void* (*)();
 
 /** The factory of a module, or null when the library does not have it. Any thread. */

@@ -79,7 +79,7 @@ TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
     EXPECT_EQ(log.TakeTexts(),
               std::vector<std::string>{"W: AONManagerCallback: onCallback serviceType == 0"});
 
-    EXPECT_EQ(Keys(Convert(0x80000010)), (std::vector<int>{700, 701, 702, 703, 0, 1, 2}));
+    EXPECT_EQ(Keys(Convert(0x80000040)), (std::vector<int>{700, 701, 702, 703, 0, 1, 2}));
     EXPECT_TRUE(log.TakeTexts().empty());
 }
 
@@ -105,12 +105,12 @@ TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
 TEST_F(Conversion, TellsItsStepsWhenVerbose) {
     property_set("vendor.debug.cameralog.enable", "on");
     LogRecorder log;
-    Convert(16);
+    Convert(0x40);
     auto lines = log.TakeTexts();
     ASSERT_EQ(lines.size(), 6U);
     lines.erase(lines.begin() + 1);  // the image's line, with an address
     EXPECT_EQ(lines, (std::vector<std::string>{
-                             "D: AONManagerCallback: onCallback-> service type:10",
+                             "D: AONManagerCallback: onCallback-> service type:40",
                              "D: AONManagerCallback: onCallback-> callBackInfo.frame_id:77",
                              "D: AONManagerCallback: onCallback-> callBackInfo.frame_width:640",
                              "D: AONManagerCallback: onCallback-> callBackInfo.frame_height:480",

@@ -109,8 +109,10 @@ TEST(DebugDump, ReplacesAFileByTheBytesOfTheRegion) {
     const std::string path = AON_SCRATCH_DIR "/dump_test.bin";
     std::ofstream(path) << "much longer than what comes";
     const uint8_t bytes[] = {1, 2, 3, 4, 5};
-    property_set("vendor.debug.cameralog.enable", "1");
     LogRecorder log;
+    writeByteToFile(bytes, 0, 5, path.c_str());
+    EXPECT_TRUE(log.TakeTexts().empty());
+    property_set("vendor.debug.cameralog.enable", "1");
     writeByteToFile(bytes + 3, -2, 3, path.c_str());
 
     EXPECT_EQ(log.TakeTexts(),

@@ -168,6 +168,8 @@ TEST_F(StreamControl, KeepsItsReceiverWhenItIsOfferedNone) {
     EXPECT_EQ(mManager->UnregisterClient(), 0);
     EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: unregister callback success"});
     mManager->onCallback(noEvent);
+    EXPECT_EQ(mManager->StartService(1), 0);
+    EXPECT_EQ(mManager->StopService(), 0);
     EXPECT_TRUE(mReceiver->Take().empty());
     EXPECT_EQ(mReceiver.use_count(), 1);
 }

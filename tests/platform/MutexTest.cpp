@@ -38,6 +38,7 @@ TEST(Mutex, LetsItselfBeTakenInOrderAgainAndAgain) {
         ScopedLock outer(service);
         { ScopedLock inner(registry); }
         ScopedLock inner(manager);
+        outer.unlock();  // before the inner one
         inner.unlock();
         if (!registry.try_lock()) FAIL() << "nobody holds it";
         registry.unlock();

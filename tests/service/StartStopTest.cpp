@@ -103,6 +103,34 @@ TEST_F(StartStop, WaitsForTheCameraToLeave) {
     EXPECT_EQ(client.Start(3), kOk);
 }
 
+TEST_F(StartStop, KeepsANoteOfWhatACameraStopped) {
+    RemoteClient client(service);
+    Run(client, 3, 3, 2);
+    const auto manager = aon::AONManager::GetSingleton();
+    manager->NotifyOpen(5);
+    ASSERT_TRUE(client.callback->WaitForStates(1));
+    EXPECT_EQ(client.Unregister(), Error(1, "not stop all service type, unregisterClient failed"));
+    manager->NotifyClose(5);
+    ASSERT_TRUE(client.callback->WaitForStates(2));
+    client.callback->TakeStates();
+    EXPECT_EQ(client.Stop(1), kOk);
+    EXPECT_EQ(stream.Starts().back().serviceType, 2) << "what is left starts";
+    EXPECT_EQ(client.callback->TakeStates(), (std::vector<State>{{2, 1}}));
+}
+
+TEST_F(StartStop, LeavesAStreamWithoutTypesToWhoeverNamesSome) {
+    RemoteClient client(service), next(service);
+    client.Register(3);
+    client.Subscribe(RemoteClient::Config(1, 3));
+    EXPECT_EQ(client.Start(0), kOk);
+    client.Unsubscribe();
+    client.Die();
+    next.Register(3);
+    EXPECT_TRUE(stream.Running());
+    EXPECT_EQ(next.Stop(1), kOk);
+    EXPECT_FALSE(stream.Running());
+}
+
 TEST_F(StartStop, BringsTheStreamsEventsToTheClient) {
     RemoteClient client(service);
     Run(client, 15, 15);

@@ -85,6 +85,26 @@ TEST_F(CameraNoticeTest, AreAllDeliveredBeforeShutdownReturnsAndComeAgainAfterIt
     EXPECT_EQ(mListener->Notices().back(), "close 3");
 }
 
+TEST_F(CameraNoticeTest, ComeOneAfterAnotherAlsoWhenOneOrdersAnotherDuringShutdown) {
+    mListener->inNotice = [this] {
+        if (mListener->Notices().back() == "open 7") mControl.OpenCamera(8);
+    };
+    ASSERT_TRUE(Start(mListener));
+    // Only the shutdown ends the storm, so what follows is told while it waits.
+    mControl.StormCamera(2, UINT32_MAX);
+    mControl.OpenCamera(7);
+    std::thread other([this] { mControl.Shutdown(); });
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Notices().back(), "open 8");
+    const std::vector<std::thread::id> threads = mListener->NoticeThreads();
+    EXPECT_EQ(threads.front(), threads.back());
+    other.join();
+    mControl.CloseCamera(7);
+    mControl.CloseCamera(8);
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices().back(), "close 8");
+}
+
 TEST_F(CameraNoticeTest, ComeInAStormThatEndsClosedAndThatShutdownCutsShort) {
     ASSERT_TRUE(Start(mListener));
     mControl.StormCamera(2, 3);

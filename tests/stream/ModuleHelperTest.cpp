@@ -13,7 +13,6 @@ HalLogicalDeviceList* DeviceList() {
 TEST(ModuleHelper, GivesTheSensorsBehindEachDevice) {
     HalLogicalDeviceList* list = DeviceList();
     ASSERT_NE(list, nullptr);
-    EXPECT_EQ(list->getSensorIdsOfDevice(0), std::vector<int>{0});
     EXPECT_EQ(list->getSensorIdsOfDevice(5), (std::vector<int>{2, 3}));
     EXPECT_TRUE(list->getSensorIdsOfDevice(6).empty());
     CameraDevices::Instance().SetDevices({{6, {1, 0}}});

@@ -72,6 +72,7 @@ TEST_F(StreamTest, AMinuteOfTheSceneBecomesASheetOfPictures) {
         sheet.Paste(event->imageInfo, place % kColumns * kWidth, place / kColumns * kHeight, kStep);
         faceCounts.insert(event->output[199'424]);
     };
+    mControl.SetSeed(1);
     ASSERT_TRUE(Start(mListener, 1));
     for (int frame = 0; frame < 60; ++frame)
         EXPECT_TRUE(mControl.DeliverOne());

@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "host/stream/Scene.h"
+#include "host/stream/scene/Scene.h"
 
 namespace zarvo::host {
 namespace {

@@ -4,8 +4,10 @@ package vendor.zarvo.hardware.camera.aon;
 @VintfStability
 parcelable AONSensorStateInfo {
     /**
-     * Nothing of the always-on stream runs on the sensor: it was stopped, or the camera device
-     * that used it has closed. Both look the same.
+     * The service has stopped the always-on stream on the sensor, or a camera device that used the
+     * sensor has closed. Both look the same. It is no promise: another camera device may still use
+     * the sensor, and a start is refused then; and a stream that would not stop may go on
+     * delivering events.
      */
     const int SENSOR_STATE_IDLE = 0;
     /** The always-on stream runs on the sensor. */

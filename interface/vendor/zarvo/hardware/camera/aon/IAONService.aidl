@@ -22,13 +22,23 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  * and its handle stands for the new client. If a stream ran, the old client is told
  * SENSOR_STATE_IDLE for its stop; nothing tells it that it was replaced.
  *
+ * HANDLES ARE REUSED, after a client left, died or was replaced, and the service asks for nothing
+ * but the handle. A client that was put out and goes on calling acts on its successor: its
+ * stopService stops what the successor has started.
+ *
+ * EVERY EVENT CARRIES THE PICTURE, if the stream delivers one, whatever service types are started.
+ * Treat what arrives as what it is: pictures of people.
+ *
  * SERVICE TYPES are bits (SERVICE_TYPE_...), joined with OR. What is subscribed must lie within
  * what was registered, and what is started within what is subscribed.
  *
  * THE REGULAR CAMERA ALWAYS WINS. When a camera device opens, whichever sensor it uses, a running
  * stream stops, and the client hears of it through IAONServiceCallBack.onSensorStateChanged. The
  * stream does not come back by itself: after the sensor is idle again the client calls
- * startService anew. What was registered and subscribed stays as it was.
+ * startService anew. What was registered and subscribed stays as it was. What was started stays
+ * noted, though it does not run, until the next startService, stopService or unsubscribeSensor:
+ * unregisterClient is refused, and a stopService that leaves some of it starts what is left, if no
+ * camera device holds the sensor any more.
  *
  * ERRORS. Every operation answers with OK or with one of:
  *
@@ -44,8 +54,9 @@ import vendor.zarvo.hardware.camera.aon.SensorConfigInfo;
  *
  * THREADS AND DEATH. Operations may be called from any thread; the service handles them one at a
  * time, and one that brings about a callback waits for it to return. When the client's process
- * dies the service stops and unsubscribes what it had and frees its handle. When the service dies, the client's calls fail with STATUS_DEAD_OBJECT and nothing
- * of the client is remembered: link to the service's death, and start from registerClient.
+ * dies the service stops and unsubscribes what it had and frees its handle. When the service
+ * dies, the client's calls fail with STATUS_DEAD_OBJECT and nothing of the client is remembered:
+ * link to the service's death, and start from registerClient.
  */
 @VintfStability
 interface IAONService {
@@ -108,7 +119,8 @@ interface IAONService {
      * 1 "aon manager is null": the stream manager is missing.
      * 1 "config not support": no sensor offers this combination.
      * 1 "can support this config when sensor running": it can NOT be supported, because the
-     *   stream runs, and less is subscribed, or another sensor.
+     *   stream runs, and the configuration asks for more than what is subscribed, for another
+     *   sensor, or for another delivery mode while neither of the two modes is time-based.
      * 1 "can support this config when other process use": it can NOT be supported, because
      *   another sensor is subscribed.
      * 1 "aon manager SubscribeSensor failed": the stream manager refused.
@@ -123,8 +135,10 @@ interface IAONService {
      * While a camera device holds the sensor this fails with "aon manager StartService failed";
      * wait for SENSOR_STATE_IDLE and try again.
      *
-     * @param serviceType at least one service type. Do not start 0: the stream would run without
-     *        results, and only a stopService with other types, or a camera, would end it.
+     * @param serviceType at least one service type. Do not start 0: the stream would run with no
+     *        service type noted for it. Neither unsubscribeSensor nor the client's death nor
+     *        another client's registration ends such a stream; only a startService or stopService
+     *        that names types does, or a camera device that opens.
      *
      * Errors, in the order in which they are checked:
      * 1 "in_clientHandle not register": the handle is unknown.
@@ -143,8 +157,8 @@ interface IAONService {
      * OK all the same, and nothing of the client is started any more: the sign is that no
      * SENSOR_STATE_STARTED follows.
      *
-     * Before this returns, the callback is told SENSOR_STATE_IDLE for the stop, and
-     * SENSOR_STATE_STARTED for the new start, if there was one.
+     * Before this returns, the callback is told SENSOR_STATE_IDLE for the stop, if the stream ran,
+     * and SENSOR_STATE_STARTED for the new start, if there was one.
      *
      * Errors, in the order in which they are checked: 1 "in_clientHandle not register";
      * 1 without a message when the stream manager is missing.

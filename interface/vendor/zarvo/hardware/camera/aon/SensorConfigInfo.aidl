@@ -21,6 +21,9 @@ parcelable SensorConfigInfo {
      * IAONService.DELIVERY_MODE_TIME_BASED, or a mode of the vision stream, in which the stream
      * may deliver fewer frames than asked. Modes of several clients that do not agree become
      * DELIVERY_MODE_TIME_BASED.
+     *
+     * 0, the value of a record that was not filled in, is such a mode and not the usual delivery:
+     * a client that wants the rate it asks for writes DELIVERY_MODE_TIME_BASED.
      */
     int deliveryMode;
 }

@@ -1,0 +1,67 @@
+#include "host/ctl/Arguments.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace zarvo::host::ctl {
+
+Arguments::Arguments(std::span<const std::string_view> words, std::span<const Option> options) {
+    for (size_t i = 0; i < words.size(); ++i) {
+        if (!words[i].starts_with("--")) {
+            mWords.push_back(words[i]);
+            continue;
+        }
+        const size_t equals = words[i].find('=');
+        const std::string_view name = words[i].substr(0, equals);
+        const auto option = std::find_if(options.begin(), options.end(),
+                                         [&](const Option& known) { return known.name == name; });
+        const bool hasValue = equals != std::string_view::npos;
+        if (option == options.end()) {
+            SetError("unknown option " + std::string(name));
+        } else if (option->value.empty() && hasValue) {
+            SetError(std::string(name) + " takes no value");
+        } else if (option->value.empty() || hasValue) {
+            mValues[name] = hasValue ? words[i].substr(equals + 1) : std::string_view();
+        } else if (i + 1 == words.size()) {
+            SetError(std::string(name) + " wants " + std::string(option->value));
+        } else {
+            mValues[name] = words[++i];
+        }
+    }
+}
+
+void Arguments::SetError(std::string error) {
+    // The first one is what the reader has to mend.
+    if (mError.empty()) mError = std::move(error);
+}
+
+std::string_view Arguments::Value(std::string_view option, std::string_view otherwise) const {
+    const auto value = mValues.find(option);
+    return value == mValues.end() ? otherwise : value->second;
+}
+
+int64_t Arguments::Number(std::string_view option, int64_t otherwise, int64_t least, int64_t most) {
+    if (!Has(option)) return otherwise;
+    return Parse(Value(option), option, least, most).value_or(otherwise);
+}
+
+int64_t Arguments::NumberAt(size_t index, std::string_view what, int64_t least, int64_t most) {
+    if (index < mWords.size()) return Parse(mWords[index], what, least, most).value_or(least);
+    SetError(std::string(what) + " is missing");
+    return least;
+}
+
+std::optional<int64_t> Arguments::Parse(std::string_view text, std::string_view what, int64_t least,
+                                        int64_t most) {
+    int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc() && end == text.data() + text.size() && number >= least &&
+        number <= most) {
+        return number;
+    }
+    SetError(std::string(what) + " wants a number from " + std::to_string(least) + " to " +
+             std::to_string(most) + ", not '" + std::string(text) + "'");
+    return std::nullopt;
+}
+
+}  // namespace zarvo::host::ctl

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "host/ctl/Arguments.h"
+
+namespace zarvo::host::ctl {
+
+/** What the program's exit status tells. */
+enum ExitStatus : int {
+    kDone = 0,
+    /** The service refused something, or something else went wrong. */
+    kFailed = 1,
+    /** The command line cannot be understood; nothing was done. */
+    kMisused = 2,
+    /** The service does not run, or went away. */
+    kNoService = 3,
+};
+
+/** One command of the program. */
+struct Command {
+    std::string_view name;
+    /** The words behind it, as the help shows them. */
+    std::string_view words;
+    std::string_view summary;
+    std::string_view details;
+    std::span<const Option> options;
+    /** How many words there may be. */
+    size_t leastWords, mostWords;
+    /** Runs it. An error in the arguments that only the command itself can see is set there. */
+    int (*run)(Arguments& arguments);
+};
+
+int RunSensors(Arguments& arguments);
+int RunWatch(Arguments& arguments);
+int RunCamera(Arguments& arguments);
+int RunScene(Arguments& arguments);
+int RunFault(Arguments& arguments);
+int RunGetProperty(Arguments& arguments);
+int RunSetProperty(Arguments& arguments);
+int RunDump(Arguments& arguments);
+
+/** All commands, in the order of the help. */
+std::span<const Command> AllCommands();
+const Command* FindCommand(std::string_view name);
+
+/** The help of the program, and of one command. */
+std::string ProgramHelp();
+std::string CommandHelp(const Command& command);
+
+}  // namespace zarvo::host::ctl

@@ -1,0 +1,120 @@
+#include <atomic>
+#include <future>
+#include <thread>
+
+#include "host/binder/BinderFaults.h"
+#include "tests/callbacks/RegistryFixture.h"
+
+namespace zarvo::test {
+namespace {
+
+using AONCallBackInfo = RecordingCallback::AONCallBackInfo;
+using FanOut = RegistryFixture;
+
+TEST_F(FanOut, DropsAnEventWhileItIsInUseButLetsAStateWait) {
+    // The registry asks the callback for its binder with its lock held: there it is held up.
+    class SlowCallback : public RecordingCallback {
+      public:
+        std::promise<void> reached;
+        std::shared_future<void> release;
+        std::atomic<bool> armed{false};
+
+      protected:
+        ndk::SpAIBinder createBinder() override {
+            if (armed.exchange(false)) {
+                reached.set_value();
+                release.wait();
+            }
+            return RecordingCallback::createBinder();
+        }
+    };
+    const auto slow = ndk::SharedRefBase::make<SlowCallback>();
+    std::promise<void> release;
+    slow->release = release.get_future().share();
+    slow->armed = true;
+    std::thread registering([&] { Register(slow); });
+    slow->reached.get_future().wait();
+
+    LogRecorder log;
+    AONCallBackInfo event;
+    mRegistry->OnAONEvent(event);
+    EXPECT_EQ(log.TakeTexts(), Lines{"W: RemoteCallbackManager: OnAONEvent try_lock failed"});
+
+    std::thread reporting([&] { Report(4, 2); });
+    ASSERT_TRUE(log.WaitFor("OnAONSensorEvent:sensorId:4, state:2"));
+    EXPECT_TRUE(slow->TakeStates().empty());
+    release.set_value();
+    registering.join();
+    reporting.join();
+    ASSERT_TRUE(slow->WaitForStates(1));
+    EXPECT_EQ(slow->TakeStates()[0], (State{4, 2}));
+    EXPECT_TRUE(slow->TakeEvents().empty());
+}
+
+TEST_F(FanOut, PassesOverAClientThatDoesNotAnswer) {
+    const RemoteCallback client;
+    Register(client.proxy);
+    auto& faults = host::BinderFaults::Instance();
+    faults.ping.FailCalls(1, 2);
+    LogRecorder log;
+    AONCallBackInfo event;
+    event.serviceType = 5;
+    mRegistry->OnAONEvent(event);
+    Report(1, 1);
+    EXPECT_EQ(log.TakeTexts().size(), 1U);  // the notice's own line, none about the client
+    EXPECT_TRUE(client.local->TakeEvents().empty());
+    EXPECT_TRUE(client.local->TakeStates().empty());
+    mRegistry->OnAONEvent(event);
+    ASSERT_EQ(client.local->TakeEvents().size(), 1U);
+    EXPECT_EQ(client.local->Handle(), 1);
+}
+
+TEST_F(FanOut, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
+    Report(3, 2);
+    Report(1, 1);
+    Report(5, 1);
+    Report(5, 2);
+    Report(5, 0);
+    Report(9, 0);
+    const RemoteCallback client, next;
+    Register(client.proxy);
+    EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{1, 1}, {3, 2}}));
+    EXPECT_EQ(client.local->Handle(), 1);
+    Report(3, 0);
+    EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{3, 0}}));
+
+    LogRecorder log;
+    mRegistry->Clear();
+    EXPECT_EQ(log.TakeTexts(), Lines{"I: RemoteCallbackManager: RemoteCallbackManager clear"});
+    EXPECT_FALSE(mRegistry->CheckClientHandleRegistered(1));
+    EXPECT_EQ(Register(next.proxy), 1);
+    EXPECT_TRUE(next.local->TakeStates().empty());
+}
+
+TEST_F(FanOut, StandsEventsAndRegistrationsAtTheSameTime) {
+    const RemoteCallback one, other;
+    std::atomic<bool> done{false};
+    std::thread events([&] {
+        AONCallBackInfo event;
+        while (!done)
+            mRegistry->OnAONEvent(event);
+    });
+    std::thread states([&] {
+        while (!done)
+            Report(1, 1);
+    });
+    for (int i = 0; i < 100; ++i) {
+        int64_t handle = 0;
+        mRegistry->RegisterClient(i % 2 == 0 ? one.proxy : other.proxy, &handle);
+        if (i % 3 == 0) mRegistry->Clear();
+        if (i % 3 == 1) mRegistry->UnregisterClient(handle);
+    }
+    done = true;
+    events.join();
+    states.join();
+    mRegistry->Clear();
+    EXPECT_EQ(Register(one.proxy), 1);
+}
+
+}  // namespace
+}  // namespace zarvo::test
