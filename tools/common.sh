@@ -45,7 +45,8 @@ has_row() {
 # jobs_at_once: how many things to do at once.
 jobs_at_once() {
     local jobs="${AON_JOBS:-$(nproc)}"
-    [[ "$jobs" =~ ^[1-9][0-9]{0,2}$ ]] || misuse "AON_JOBS wants a number from 1 to 999, not '$jobs'"
+    [[ "$jobs" =~ ^[1-9][0-9]{0,2}$ ]] ||
+        misuse "AON_JOBS wants a number from 1 to 999, not '$jobs'"
     printf '%s\n' "$jobs"
 }
 
@@ -55,7 +56,8 @@ is_installed() {
 
 # need PACKAGE...: sees to it that these Debian packages are there.
 need() {
-    command -v dpkg-query >/dev/null || fail "this command sets itself up on Debian 12 only; it needs: $*"
+    command -v dpkg-query >/dev/null ||
+        fail "this command sets itself up on Debian 12 only; it needs: $*"
     local missing=() package
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")

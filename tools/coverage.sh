@@ -42,8 +42,10 @@ step_counted() {
     llvm-profdata-14 merge --sparse -o "$COVERAGE/all.profdata" "$COVERAGE"/profiles/*.profraw
 }
 
-# llvm_cov COMMAND OPTION...: about the rooms, as seen from all programs and libraries. It warns of
-# inline functions that one of these uses and another does not.
+# It warns of inline functions that one program uses and another does not.
+without_mismatches() { sed $'s/\e\\[[0-9;]*m//g; /mismatched data$/d; /^$/d'; }
+
+# llvm_cov COMMAND OPTION...: about the rooms, as seen from all programs and libraries.
 llvm_cov() {
     local command="$1" binary objects=()
     shift
@@ -51,7 +53,7 @@ llvm_cov() {
         objects+=(--object "$binary")
     done
     llvm-cov-14 "$command" "$@" --instr-profile="$COVERAGE/all.profdata" \
-        "${objects[@]:1}" "${ROOMS[@]/#/$PWD/}" 2> >(sed $'s/\e\\[[0-9;]*m//g; /mismatched data$/d; /^$/d' >&2)
+        "${objects[@]:1}" "${ROOMS[@]/#/$PWD/}" 2> >(without_mismatches >&2)
 }
 
 # coverage_table: the report without functions, narrow enough for a terminal.
@@ -78,5 +80,6 @@ missing() {
             close(file)
         }
         $1 == "DA" && $3 == 0 { report("ran") }
-        $1 == "BRDA" && $5 == 0 { report($4 % 2 ? "false" : "true") }' | sort -t : -k 1,1 -k 2,2n | uniq
+        $1 == "BRDA" && $5 == 0 { report($4 % 2 ? "false" : "true") }' |
+        sort -t : -k 1,1 -k 2,2n | uniq
 }

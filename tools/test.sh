@@ -7,7 +7,7 @@ readonly STEPS=(
     "gcc|a build with g++, all tests"
     "asan|a build with clang, all tests under the address and undefined-behaviour sanitizers"
     "tsan|a build with clang, all tests under the thread sanitizer"
-    "phone|the library's sources with libc++, without run-time types and exceptions, as on the phone"
+    "phone|the library's sources with libc++, no RTTI and no exceptions, as on the phone"
     "tidy|the static analysis of all C++ sources"
 )
 

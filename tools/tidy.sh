@@ -8,16 +8,16 @@ readonly TIDY_WORK=build/tidy
 TIDY_CLEAN="${XDG_CACHE_HOME:-${HOME:-$PWD/build}/.cache}/aon-tidy"
 readonly TIDY_CLEAN
 
-# dependencies: what `ninja -t deps` says, with paths relative to the root.
+# dependencies: what `ninja -t deps` says, with paths relative to the root. It says some of ours
+# relative to the build, when a compiler cache had its hand in them.
 dependencies() {
     ninja -C "$TIDY_BUILD" -t deps | sed -E "
-        /^ /!b
-        s|^ +||
-        s|^$PWD/|| ; t end
-        s|^\.\./\.\./|| ; t end
-        s|^[^/]|$TIDY_BUILD/&|
-        :end
-        s|^| |"
+        s|^ +$PWD/| |
+        t
+        s|^ +\.\./\.\./| |
+        t
+        s|^ +([^/ ])| $TIDY_BUILD/\1|
+        s|^ +| |"
 }
 
 # compile_commands: lines "SOURCE<tab>COMMAND".
@@ -43,8 +43,9 @@ tidy_units() {
     compile_commands >"$work/commands"
     sources '*.cpp' '*.h' >"$work/wanted"
     tidy_configuration >"$work/configuration"
-    awk -v out="$work/facts" -f tools/units.awk part=1 "$work/hashes" part=2 "$work/commands" \
-        part=3 "$work/wanted" part=4 "$work/configuration" part=5 "$work/dependencies" >"$work/uncompiled"
+    awk -v out="$work/facts" -f tools/units.awk \
+        part=1 "$work/hashes" part=2 "$work/commands" part=3 "$work/wanted" \
+        part=4 "$work/configuration" part=5 "$work/dependencies" >"$work/uncompiled"
     find "$work/facts" -type f -exec sha256sum {} + >"$work/units"
 }
 
@@ -53,7 +54,8 @@ tidy_units() {
 tidy_file() {
     local hash="$1" source="${2##*/}" findings
     source="${source//%//}"
-    findings="$(clang-tidy-14 --quiet -p "$TIDY_BUILD" "$source" 2>&1)" || findings+=$'\n'"in $source"
+    findings="$(clang-tidy-14 --quiet -p "$TIDY_BUILD" "$source" 2>&1)" ||
+        findings+=$'\n'"in $source"
     findings="$(grep -vE '^[0-9]+ warnings? generated\.$' <<<"$findings" || true)"
     if [ -n "$findings" ]; then
         printf '%s\n' "$findings"
