@@ -37,7 +37,7 @@ run_coverage() {
 # Each test is a process; those of one program share its counters' files.
 step_counted() {
     build coverage
-    rm -rf "$COVERAGE/profiles"
+    rm -rf "$COVERAGE/profiles" "$COVERAGE/html"
     run_tests coverage
     llvm-profdata-14 merge --sparse -o "$COVERAGE/all.profdata" "$COVERAGE"/profiles/*.profraw
 }
@@ -45,7 +45,8 @@ step_counted() {
 # It warns of inline functions that one program uses and another does not.
 without_mismatches() { sed $'s/\e\\[[0-9;]*m//g; /mismatched data$/d; /^$/d'; }
 
-# llvm_cov COMMAND OPTION...: about the rooms, as seen from all programs and libraries.
+# llvm_cov COMMAND OPTION...: about the rooms, as seen from all programs and libraries. The compiler
+# names sources relative to the root, and then relative to the folder where it runs.
 llvm_cov() {
     local command="$1" binary objects=()
     shift
@@ -53,7 +54,8 @@ llvm_cov() {
         objects+=(--object "$binary")
     done
     llvm-cov-14 "$command" "$@" --instr-profile="$COVERAGE/all.profdata" \
-        "${objects[@]:1}" "${ROOMS[@]/#/$PWD/}" 2> >(without_mismatches >&2)
+        --path-equivalence="./$COVERAGE,$PWD" "${objects[@]:1}" \
+        "${ROOMS[@]/#/$PWD/}" 2> >(without_mismatches >&2)
 }
 
 # coverage_table: the report without functions, narrow enough for a terminal.
@@ -72,7 +74,7 @@ coverage_table() {
 # missing: lines "FILE:LINE: what never happened: SOURCE" from an lcov trace.
 missing() {
     printf '\n'
-    sed "s|^SF:$PWD/|SF:|" | awk -F '[:,]' '
+    sed "s|^SF:\./$COVERAGE/\./|SF:|" | awk -F '[:,]' '
         function report(what) { print file ":" $2 ": never " what ": " text[$2] }
         $1 == "SF" {
             file = $2
