@@ -6,11 +6,13 @@ cmake_minimum_required(VERSION 3.25)
 
 set(prefix "${SCRATCH}/moved")
 file(REMOVE_RECURSE "${SCRATCH}")
-execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${SCRATCH}/first"
+execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --strip
+                        --prefix "${SCRATCH}/first"
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 file(RENAME "${SCRATCH}/first" "${prefix}")
 
-# Nothing that was installed points back to where it came from.
+# Nothing that was installed points back to where it came from. Stripped, because clang names lambdas
+# in debug information by the paths of their sources.
 execute_process(COMMAND grep -rlF -e "${BUILD}" -e "${SOURCE}" "${prefix}"
                 OUTPUT_VARIABLE found RESULT_VARIABLE result)
 if(NOT result EQUAL 1)
