@@ -112,7 +112,9 @@ bool RpcSession::ServeMethod(Connection& connection, const wire::TransactBody& b
     if (!target) return Break("a call of an unknown object");
     AParcel reply(Self());
     const binder_status_t status = Execute(connection, *target.Get(), body, request, &reply);
-    if (status == STATUS_OK) Owe(body.address, mTable.Acknowledge(body.address));
+    // A caller may never make the next call, and would hold the session for this one for ever.
+    if (status == STATUS_OK || mSettings.acknowledgeWithReply)
+        Owe(body.address, mTable.Acknowledge(body.address));
     if (!mSettings.acknowledgeWithReply) SendOwed(nullptr);
     if (!Answer(connection, body, status, reply)) return false;
     EndIfUsedUp();
