@@ -1,5 +1,3 @@
-#include "host/log/LogTap.h"
-#include "tests/clients/RemoteCallback.h"
 #include "tests/service/ServiceFixture.h"
 
 namespace zarvo::test {
