@@ -1,5 +1,3 @@
-#include "host/log/LogTap.h"
-#include "tests/clients/RemoteCallback.h"
 #include "tests/service/ServiceFixture.h"
 
 namespace zarvo::test {
@@ -110,28 +108,6 @@ TEST_F(Registration, PutsANewClientInThePlaceOfTheOldOne) {
     EXPECT_TRUE(TakeLines().empty());
     EXPECT_TRUE(stream.Running());
     EXPECT_EQ(next.Stop(8), kOk);
-}
-
-TEST_F(Registration, RefusesAClientWhosePlaceIsTakenWhileTheOldOneIsPutOut) {
-    RemoteClient old(service), next(service);
-    const RemoteCallback rival;
-    old.Register(3);
-    Lines lines;
-    {
-        // Each try of the registry begins with this line: the rival comes before the second.
-        int tries = 0;
-        const host::LogTap tap([&](const host::LogLine& line) {
-            lines.push_back(line.message);
-            int64_t handle = 0;
-            if (line.message.find("RegisterClient callback->") == std::string::npos) return;
-            if (++tries != 2) return;
-            aon::RemoteCallbackManager::GetSingleton()->RegisterClient(rival.proxy, &handle);
-        });
-        EXPECT_EQ(next.Register(8), Error(1, "register callback failed"));
-    }
-    EXPECT_EQ(lines.back(), "AONService: register callback failed：-2");
-    EXPECT_EQ(next.handle, 0);
-    EXPECT_EQ(next.Register(8), kOk) << "it may try again";
 }
 
 TEST_F(Registration, RegistersTheSameClientAgainWithoutLosingWhatItHas) {

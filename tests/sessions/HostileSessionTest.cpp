@@ -66,11 +66,12 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
     struct Case {
         std::string message;
         int32_t status;
+        bool isAcknowledged = false;
     };
     const Case cases[] = {
             {Call(kSpecial, 7), STATUS_UNKNOWN_TRANSACTION},
-            {Call(kRoot, 0), STATUS_UNKNOWN_TRANSACTION},
-            {Call(kRoot, 1), STATUS_BAD_TYPE},
+            {Call(kRoot, 0), STATUS_UNKNOWN_TRANSACTION, true},
+            {Call(kRoot, 1), STATUS_BAD_TYPE, true},
             {Call("0500000000000000", 1), STATUS_BAD_VALUE},
             {Call("0000000001000000", 1), STATUS_BAD_VALUE},
             {Command(0, 44) + kRoot + U32(1) + U32(0) + kZeros.substr(0, 16) + U32(0) +
@@ -79,12 +80,15 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
             // Acknowledges what was never sent, and more than was sent.
             {Command(2, 16) + "0100000009000000" + U32(1) + U32(0) + Command(2, 16) + kRoot +
                      U32(9) + U32(0) + Call(kRoot, 1),
-             STATUS_BAD_TYPE},
+             STATUS_BAD_TYPE, true},
     };
     const Socket socket = Greeted();
     for (const Case& refused : cases) {
         SCOPED_TRACE(refused.message);
         Send(socket, refused.message);
+        if (refused.isAcknowledged) {
+            EXPECT_EQ(Receive(socket, 32), Command(2, 16) + kRoot + U32(1) + U32(0));
+        }
         EXPECT_EQ(Receive(socket, 36), Command(1, 20) + U32(static_cast<uint32_t>(refused.status)) +
                                                kZeros.substr(0, 32));
     }

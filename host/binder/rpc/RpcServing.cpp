@@ -114,7 +114,9 @@ bool RpcSession::ServeMethod(Connection& connection, const wire::TransactBody& b
     const binder_status_t status = Execute(connection, *target.Get(), body, *request, &reply);
     // What the callee did not keep of it is gone when the caller goes on.
     request.reset();
-    if (status == STATUS_OK) Owe(body.address, mTable.Acknowledge(body.address));
+    // A caller may never make the next call, and would hold the session for this one for ever.
+    if (status == STATUS_OK || mSettings.acknowledgeWithReply)
+        Owe(body.address, mTable.Acknowledge(body.address));
     if (!mSettings.acknowledgeWithReply) SendOwed(nullptr);
     if (!Answer(connection, body, status, reply)) return false;
     EndIfUsedUp();

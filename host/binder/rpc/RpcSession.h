@@ -40,8 +40,8 @@ class ABINDER_API RpcSession final : public Session,
         /** How many threads this end tells it has for calls of the other end. */
         uint32_t threads = 1;
         wire::SessionId id{};
-        /** Whether what a call brought is acknowledged together with its reply, in one message;
-         * or at once, on a free connection. */
+        /** Whether what a call brought is acknowledged together with its reply, in one message,
+         * also if it failed; or at once, on a free connection, but not until a call succeeds. */
         bool acknowledgeWithReply = true;
         /** The object that the other end is given when it asks for the root. */
         std::function<Ref<AIBinder>()> root;
