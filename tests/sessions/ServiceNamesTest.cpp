@@ -1,9 +1,13 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
 #include <android/binder_stability.h>
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -21,21 +25,39 @@ constexpr char kName[] = "tests.IPeer/default";
 /** Another process that serves kName, or tries to. */
 class PeerProcess {
   public:
-    PeerProcess() : mOutput(popen("echo $$; exec " PEER_PROCESS " tests.IPeer/default", "r")) {
-        if (fscanf(mOutput, "%d", &mPid) != 1 || fscanf(mOutput, "%d", &result) != 1) result = -1;
+    PeerProcess() {
+        std::array<int, 2> pipe{-1, -1};
+        if (pipe2(pipe.data(), O_CLOEXEC) != 0) return;
+        const ndk::ScopedFileDescriptor output(pipe[0]);
+        ndk::ScopedFileDescriptor input(pipe[1]);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, input.get(), STDOUT_FILENO);
+        std::string program = PEER_PROCESS;
+        std::string name = kName;
+        const std::array<char*, 3> arguments{program.data(), name.data(), nullptr};
+        if (posix_spawn(&mPid, PEER_PROCESS, &actions, nullptr, arguments.data(), environ) != 0) {
+            mPid = 0;
+        }
+        posix_spawn_file_actions_destroy(&actions);
+        input.set(-1);
+        std::array<char, 16> text{};
+        if (read(output.get(), text.data(), text.size() - 1) > 0) {
+            result = static_cast<int>(std::strtol(text.data(), nullptr, 10));
+        }
     }
     ~PeerProcess() { Kill(); }
     void Kill() {
-        if (mOutput == nullptr) return;
+        if (mPid == 0) return;
         kill(mPid, SIGKILL);
-        pclose(std::exchange(mOutput, nullptr));
+        waitpid(std::exchange(mPid, 0), nullptr, 0);
     }
     pid_t Pid() const { return mPid; }
 
-    int result = -1;
+    /** What came of publishing it; an impossible number if nothing did. */
+    int result = 1;
 
   private:
-    FILE* mOutput;
     pid_t mPid = 0;
 };
 

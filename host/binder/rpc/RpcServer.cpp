@@ -99,7 +99,7 @@ std::shared_ptr<RpcSession> RpcServer::NewSession(uint32_t version) {
     settings.onEnd = [self, id = settings.id] {
         if (const auto server = self.lock()) server->Forget(id);
     };
-    const auto session = std::make_shared<RpcSession>(settings);
+    auto session = std::make_shared<RpcSession>(settings);
     const std::lock_guard lock(mMutex);
     if (mClosed) return nullptr;
     mSessions.emplace(settings.id, Entry{session, 1});
