@@ -25,11 +25,16 @@ struct Command {
     std::string_view words;
     std::string_view summary;
     std::string_view details;
+    /** Its own options; see AllOptions(). */
     std::span<const Option> options;
     /** How many words there may be. */
     size_t leastWords, mostWords;
     /** Runs it. An error in the arguments that only the command itself can see is set there. */
     int (*run)(Arguments& arguments);
+    /** It runs a client, and has kClientOptions, too. */
+    bool runsClient = false;
+
+    std::vector<Option> AllOptions() const;
 };
 
 int RunSensors(Arguments& arguments);

@@ -1,19 +1,12 @@
 #include <algorithm>
 
+#include "host/ctl/Client.h"
 #include "host/ctl/Command.h"
 
 namespace zarvo::host::ctl {
 namespace {
 
 constexpr Option kWatchOptions[] = {
-        {"--sensor", "ID", "the sensor; the first one of `sensors` unless given"},
-        {"--size", "WIDTHxHEIGHT", "the frames' size; the sensor's first unless given"},
-        {"--rate", "NUMBER", "frames per second; the size's lowest of at least 5 unless given"},
-        {"--types", "LIST",
-         "of fusion, angle, gaze, feature, with commas; fusion,gaze if not given"},
-        {"--md", "", "motion-detect mode in place of time-based delivery"},
-        {"--count", "NUMBER", "leave after so many events"},
-        {"--duration", "SECONDS", "leave after that time"},
         {"--json", "", "one JSON object a line, image bytes left out"},
 };
 constexpr Option kFaultOptions[] = {
@@ -26,7 +19,7 @@ constexpr Command kCommands[] = {
         {"watch", "", "show events and sensor states as they come, until Ctrl-C",
          "Registers as the service's client, which puts an earlier client out. While a camera has\n"
          "the sensor it waits, and goes on when the sensor is idle again.\n",
-         kWatchOptions, 0, 0, RunWatch},
+         kWatchOptions, 0, 0, RunWatch, true},
         {"camera",
          "list | open ID | close ID | storm ID CYCLES",
          "list, open and close the simulated camera devices",
@@ -75,6 +68,13 @@ std::string OptionHelp(const Option& option) {
 
 }  // namespace
 
+std::vector<Option> Command::AllOptions() const {
+    std::vector<Option> all;
+    if (runsClient) all.assign(std::begin(kClientOptions), std::end(kClientOptions));
+    all.insert(all.end(), options.begin(), options.end());
+    return all;
+}
+
 std::span<const Command> AllCommands() {
     return kCommands;
 }
@@ -103,13 +103,14 @@ std::string ProgramHelp() {
 
 std::string CommandHelp(const Command& command) {
     std::string text = "usage: aonctl " + std::string(command.name);
-    if (!command.options.empty()) text += " [OPTION]...";
+    if (!command.AllOptions().empty()) text += " [OPTION]...";
     if (!command.words.empty()) text += ' ' + std::string(command.words);
     std::string summary(command.summary);
     summary.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(summary.front())));
     text += "\n\n" + summary + ".\n" + std::string(command.details);
-    if (!command.options.empty()) text += '\n';
-    for (const Option& option : command.options)
+    const std::vector<Option> options = command.AllOptions();
+    if (!options.empty()) text += '\n';
+    for (const Option& option : options)
         text += OptionHelp(option);
     return text;
 }

@@ -22,7 +22,8 @@ int Print(const std::string& text) {
 int Run(const Command& command, std::span<const std::string_view> words) {
     for (const std::string_view word : words)
         if (word == "--help" || word == "-h") return Print(CommandHelp(command));
-    Arguments arguments(words, command.options);
+    const std::vector<Option> options = command.AllOptions();
+    Arguments arguments(words, options);
     const size_t count = arguments.Words().size();
     if (count < command.leastWords) arguments.SetError("something is missing");
     if (count > command.mostWords) {
