@@ -1,7 +1,10 @@
 // How events and sensor states reach the clients.
 
+#include <chrono>
+
 #include "callbacks/RemoteCallbackManager.h"
 #include "platform/Log.h"
+#include "platform/Trace.h"
 
 namespace zarvo::aon {
 namespace {
@@ -11,16 +14,45 @@ bool Answers(const std::shared_ptr<RemoteCallbackManager::IAONServiceCallBack>& 
     return callback != nullptr && AIBinder_ping(callback->asBinder().get()) == STATUS_OK;
 }
 
+/** What a change of a sensor's state is called. */
+const char* StateName(int32_t state) {
+    switch (state) {
+        case RemoteCallbackManager::AONSensorStateInfo::SENSOR_STATE_IDLE:
+            return "sensor idle";
+        case RemoteCallbackManager::AONSensorStateInfo::SENSOR_STATE_STARTED:
+            return "sensor started";
+        default:
+            return "sensor busy";
+    }
+}
+
 }  // namespace
 
 void RemoteCallbackManager::OnAONEvent(AONCallBackInfo& info) {
     Clients clients;
     if (!TrySnapshot(clients)) {
+        mCounters.droppedBusy.Add();
         AON_LOGW(kWho, "OnAONEvent try_lock failed");
         return;
     }
-    for (const auto& [handle, callback] : clients) {
-        if (Answers(callback)) callback->onAONEvent(handle, info);
+    if (clients.empty()) mCounters.droppedNoClient.Add();
+    for (const auto& [handle, callback] : clients)
+        DeliverEvent(handle, callback, info);
+}
+
+void RemoteCallbackManager::DeliverEvent(int64_t clientHandle,
+                                         const std::shared_ptr<IAONServiceCallBack>& callback,
+                                         const AONCallBackInfo& info) {
+    const TraceSection trace("aon client onAONEvent");
+    const auto now = std::chrono::steady_clock::now();
+    const ClientCalls::Scope call(mCalls, clientHandle, "onAONEvent", now);
+    if (!Answers(callback)) {
+        mCounters.droppedNoAnswer.Add();
+    } else if (!callback->onAONEvent(clientHandle, info).isOk()) {
+        mCounters.droppedFailed.Add();
+    } else {
+        mCounters.delivered.Add();
+        mCounters.lastDelivered.Set(now);
     }
 }
 
@@ -32,8 +64,19 @@ void RemoteCallbackManager::OnAONSensorEvent(AONSensorStateInfo& info) {
         clients = mClientCallbacks;
         RememberStateLocked(info);
     }
-    for (const auto& [handle, callback] : clients) {
-        if (Answers(callback)) callback->onSensorStateChanged(handle, info);
+    for (const auto& [handle, callback] : clients)
+        DeliverState(handle, callback, info);
+}
+
+void RemoteCallbackManager::DeliverState(int64_t clientHandle,
+                                         const std::shared_ptr<IAONServiceCallBack>& callback,
+                                         const AONSensorStateInfo& info) {
+    const TraceSection trace("aon client onSensorStateChanged");
+    const ClientCalls::Scope call(mCalls, clientHandle, "onSensorStateChanged");
+    if (!Answers(callback) || !callback->onSensorStateChanged(clientHandle, info).isOk()) {
+        mCounters.statesFailed.Add();
+    } else {
+        mCounters.statesDelivered.Add();
     }
 }
 
@@ -50,6 +93,25 @@ void RemoteCallbackManager::RememberStateLocked(const AONSensorStateInfo& info) 
     } else {
         mSensorStates[info.sensorId] = info.state;
     }
+    mHistory.Note({.what = StateName(info.state), .sensorId = info.sensorId});
+    PublishLocked();
+}
+
+void RemoteCallbackManager::PublishLocked() {
+    RegistryStatus status;
+    for (const auto& [handle, client] : mRegistrations) {
+        if (status.clientCount < status.clients.size()) {
+            status.clients[status.clientCount] = client;
+        }
+        ++status.clientCount;
+    }
+    for (const auto& [sensorId, state] : mSensorStates) {
+        if (status.sensorCount < status.sensors.size()) {
+            status.sensors[status.sensorCount] = {sensorId, state};
+        }
+        ++status.sensorCount;
+    }
+    mStatus.Set(status);
 }
 
 }  // namespace zarvo::aon

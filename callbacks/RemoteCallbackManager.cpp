@@ -39,8 +39,11 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
     }
     std::string hash;
     int32_t version = 0;
-    callback->getInterfaceHash(&hash);
-    callback->getInterfaceVersion(&version);
+    {
+        const ClientCalls::Scope call(mCalls, 0, "getInterfaceHash");
+        callback->getInterfaceHash(&hash);
+        callback->getInterfaceVersion(&version);
+    }
     AON_LOGI(kWho, "RegisterClient callback-> callbackInterfaceHash:%s, callbackVersionCode:%d",
              hash.c_str(), version);
 
@@ -52,6 +55,9 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
         if (result != 0) return result;
         replaced = std::exchange(mClientCallbacks[*clientHandle], callback);
         states = mSensorStates;
+        mRegistrations[*clientHandle] = {*clientHandle, AIBinder_getCallingPid(),
+                                         AIBinder_getCallingUid(), Moment::Now()};
+        PublishLocked();
     }
     AON_LOGI(kWho, "RegisterClient success -> client count:%lld",
              static_cast<long long>(*clientHandle));
@@ -60,6 +66,7 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
         AONSensorStateInfo info;
         info.sensorId = sensorId;
         info.state = state;
+        const ClientCalls::Scope call(mCalls, *clientHandle, "onSensorStateChanged");
         callback->onSensorStateChanged(*clientHandle, info);
     }
     return 0;
@@ -110,6 +117,8 @@ int32_t RemoteCallbackManager::UnregisterClientLock(int64_t clientHandle) {
     }
     --mClientCount;
     mClientCallbacks.erase(clientHandle);
+    mRegistrations.erase(clientHandle);
+    PublishLocked();
     return 0;
 }
 
@@ -127,7 +136,9 @@ void RemoteCallbackManager::Clear() {
     }
     removed.swap(mClientCallbacks);
     mSensorStates.clear();
+    mRegistrations.clear();
     mClientCount = 0;
+    PublishLocked();
 }
 
 RemoteCallbackManager::Clients::iterator RemoteCallbackManager::FindLocked(const AIBinder* binder) {

@@ -5,13 +5,19 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONServiceCallBack.h>
 #include <android/binder_ibinder.h>
 
+#include "callbacks/ClientCalls.h"
 #include "callbacks/IOutEventCallback.h"
 #include "callbacks/IRemoteCallbackManagerListener.h"
+#include "callbacks/RegistryStatus.h"
+#include "platform/History.h"
 #include "platform/Mutex.h"
+#include "platform/Published.h"
 
 namespace zarvo::aon {
 
@@ -87,11 +93,22 @@ class RemoteCallbackManager : public IOutEventCallback,
     /** Remembers the state and delivers it to the clients that answer a ping. */
     void OnAONSensorEvent(AONSensorStateInfo& info) override EXCLUDES(mLock);
 
+    // For people who look at the service. None of these takes a lock or waits.
+
+    /** Who is there and what the sensors do; nothing while it is being changed. */
+    std::optional<RegistryStatus> Status() const { return mStatus.Get(); }
+    const RegistryCounters& Counters() const { return mCounters; }
+    /** The calls that a client has not returned from. */
+    std::vector<ClientCalls::Call> CallsUnderWay() const { return mCalls.UnderWay(); }
+    /** The sensor states that were told. */
+    std::vector<Change> LatestChanges() const { return mHistory.Latest(); }
+
   private:
     static constexpr char kWho[] = "RemoteCallbackManager";
 
     using Clients = std::map<int64_t, std::shared_ptr<IAONServiceCallBack>>;
     using SensorStates = std::map<int32_t, int32_t>;
+    using Registrations = std::map<int64_t, RegistryStatus::Client>;
 
     int32_t UnregisterClientLock(int64_t clientHandle) REQUIRES(mLock);
     int32_t AdmitLocked(const std::shared_ptr<IAONServiceCallBack>& callback, int64_t* clientHandle)
@@ -100,6 +117,11 @@ class RemoteCallbackManager : public IOutEventCallback,
     std::shared_ptr<IAONServiceCallBack> CallbackOfLocked(int64_t clientHandle) REQUIRES(mLock);
     void RememberStateLocked(const AONSensorStateInfo& info) REQUIRES(mLock);
     bool TrySnapshot(Clients& clients) EXCLUDES(mLock);
+    void DeliverEvent(int64_t clientHandle, const std::shared_ptr<IAONServiceCallBack>& callback,
+                      const AONCallBackInfo& info);
+    void DeliverState(int64_t clientHandle, const std::shared_ptr<IAONServiceCallBack>& callback,
+                      const AONSensorStateInfo& info);
+    void PublishLocked() REQUIRES(mLock);
     binder_status_t LinkToDeath(AIBinder* binder);
     binder_status_t UnlinkToDeath(AIBinder* binder);
     void TellListener(int64_t clientHandle, const std::shared_ptr<IAONServiceCallBack>& callback)
@@ -114,6 +136,14 @@ class RemoteCallbackManager : public IOutEventCallback,
     AIBinder_DeathRecipient* mDeathRecipient;
     /** The sensors that are not idle. They outlive clients. */
     SensorStates mSensorStates GUARDED_BY(mLock);
+    /** Who registered each client, and when. */
+    Registrations mRegistrations GUARDED_BY(mLock);
+
+    /** Replaced under mLock, as is the history. */
+    Published<RegistryStatus> mStatus;
+    History mHistory;
+    RegistryCounters mCounters;
+    ClientCalls mCalls;
 
     /** Guards the number of death notices that are inside the listener; not held while they are. */
     Mutex mListenerMutex{"RemoteCallbackManager::mListenerMutex", LockRank::kLeaf};

@@ -9,6 +9,7 @@
 #include "events/ResultParsers.h"
 #include "platform/Log.h"
 #include "platform/Properties.h"
+#include "platform/Trace.h"
 
 namespace zarvo::aon {
 
@@ -44,6 +45,7 @@ constexpr BlockParser kBlockParsers[] = {
 };
 
 void ParseResults(std::vector<AONResult>& results, const aov_event& event) {
+    const TraceSection trace("aon parse");
     for (const BlockParser& block : kBlockParsers) {
         if ((event.serviceType & block.serviceType) == 0) continue;
         block.parse(results, event.output, event.outputSize);
@@ -80,7 +82,10 @@ void AONManagerCallback::onCallback(aov_event* event) {
     if (properties::VerboseLog()) {
         AON_LOGD(kWho, "onCallback-> service type:%x", event->serviceType);
     }
-    if (properties::DumpApu() == 1) dumpOutput(event);
+    if (properties::DumpApu() == 1) {
+        const TraceSection trace("aon dump");
+        dumpOutput(event);
+    }
 
     ParseResults(info.results, *event);
     AppendFrameItem(info.results, AONResult::RESULT_KEY_FRAME_ID, "frame_id", event->frame_id);

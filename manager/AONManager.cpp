@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Log.h"
+#include "platform/Trace.h"
 
 namespace zarvo::aon {
 
@@ -13,6 +14,8 @@ std::shared_ptr<AONManager> AONManager::GetSingleton() {
 
 AONManager::AONManager() : mAovStream(IAOVStream::createInstance()) {
     AON_LOGI(kWho, "aon manager create");
+    ScopedLock lock(mMutex);
+    PublishLocked();
 }
 
 AONManager::~AONManager() {
@@ -53,6 +56,7 @@ int32_t AONManager::UnregisterClient() {
 int32_t AONManager::SubscribeSensor(const SensorConfig& config) {
     ScopedLock lock(mMutex);
     mSensorConfig = config;
+    PublishLocked();
     AON_LOGI(kWho, "subscribe sensor success");
     return 0;
 }
@@ -60,6 +64,7 @@ int32_t AONManager::SubscribeSensor(const SensorConfig& config) {
 int32_t AONManager::UnsubscribeSensor() {
     ScopedLock lock(mMutex);
     mSensorConfig = SensorConfig{};
+    PublishLocked();
     return 0;
 }
 
@@ -73,14 +78,22 @@ bool AONManager::CheckServiceTypeSupport(const int32_t& /*serviceType*/) {
 }
 
 void AONManager::onCallback(aov_event* event) {
+    const TraceSection trace("aon event");
+    mCounters.events.Add();
+    mCounters.lastEvent.Set(std::chrono::steady_clock::now());
     // Tried, not waited for: a start or stop may hold the lock, and the stream must go on.
     if (!mMutex.try_lock()) {
+        mCounters.droppedBusy.Add();
         AON_LOGW(kWho, "onCallback can not get lock");
         return;
     }
     const std::shared_ptr<IAONManagerCallback> callback = mCallback;
     mMutex.unlock();
-    if (callback != nullptr) callback->onCallback(event);
+    if (callback == nullptr) {
+        mCounters.droppedNoReceiver.Add();
+        return;
+    }
+    callback->onCallback(event);
 }
 
 }  // namespace zarvo::aon

@@ -4,13 +4,17 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "manager/IAONManagerCallback.h"
+#include "manager/ManagerStatus.h"
 #include "manager/SensorTypes.h"
+#include "platform/History.h"
 #include "platform/Mutex.h"
+#include "platform/Published.h"
 #include "platform/mtkcam/IAOVStream.h"
 
 namespace zarvo::aon {
@@ -86,6 +90,14 @@ class AONManager : public std::enable_shared_from_this<AONManager>, public IAovS
     /** Reports the camera's sensors as idle; otherwise like NotifyOpen. Starts no stream. */
     void NotifyClose(int instanceId) override EXCLUDES(mMutex, mNotifyMutex);
 
+    // For people who look at the service. None of these takes a lock or waits.
+
+    /** What runs and what is subscribed; nothing while it is being changed. */
+    std::optional<ManagerStatus> Status() const { return mStatus.Get(); }
+    const ManagerCounters& Counters() const { return mCounters; }
+    /** The starts, the stops and the cameras. */
+    std::vector<Change> LatestChanges() const { return mHistory.Latest(); }
+
   protected:
     /** Starts the stream with mUserParam. @return 0 or kInvalid */
     virtual int32_t InitAovStreamLocked() REQUIRES(mMutex);
@@ -108,6 +120,8 @@ class AONManager : public std::enable_shared_from_this<AONManager>, public IAovS
     void LaunchNotification(std::function<int()> notification) EXCLUDES(mMutex, mNotifyMutex);
     int ReportOpen(int32_t instanceId, int32_t stoppedSensorId) EXCLUDES(mMutex);
     int ReportClose(int32_t instanceId) EXCLUDES(mMutex);
+    void NoteLocked(const Change& change) REQUIRES(mMutex);
+    void PublishLocked() REQUIRES(mMutex);
 
     /** Made once, never replaced or released; null when there is no stream. */
     IAOVStream* const mAovStream;
@@ -124,6 +138,11 @@ class AONManager : public std::enable_shared_from_this<AONManager>, public IAovS
     Mutex mNotifyMutex{"AONManager::mNotifyMutex", LockRank::kLeaf};
     std::future<int> mNotifyFuture GUARDED_BY(mNotifyMutex);
     std::vector<AonSensorInfo> mAonSensorInfoList GUARDED_BY(mMutex);
+
+    /** Replaced under mMutex, as is the history. */
+    Published<ManagerStatus> mStatus;
+    History mHistory;
+    ManagerCounters mCounters;
 };
 
 }  // namespace zarvo::aon

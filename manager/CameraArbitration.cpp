@@ -59,6 +59,7 @@ void AONManager::RecordOpenDeviceLocked(int32_t instanceId) {
     }
     // A device that is known already keeps its old list; the stream is told the new one.
     const auto stored = mOpenDeviceMap.emplace(instanceId, sensorIds).first;
+    NoteLocked({.what = "camera opened", .cameraDevice = instanceId});
     AON_LOGI(kWho, "mOpenDeviceMap add instanceId=%d %s", instanceId,
              toString(stored->second).c_str());
     if (!mAovStream->notifyCameraStatus(sensorIds, true)) {
@@ -72,6 +73,7 @@ int32_t AONManager::SuspendStreamLocked() {
     AON_LOGW(kWho, "stop by sensor suspend");
     AON_LOGI(kWho, "AovStream paused, mOpenedSensorId=%d", sensorId);
     StopServiceLocked();
+    NoteLocked({.what = "stream stopped", .reason = "for a camera", .sensorId = sensorId});
     return sensorId;
 }
 
@@ -139,6 +141,7 @@ int AONManager::ReportClose(int32_t instanceId) {
         AON_LOGI(kWho, "mOpenDeviceMap erase instanceId=%d %s", instanceId,
                  toString(sensorIds).c_str());
         mOpenDeviceMap.erase(instanceId);
+        NoteLocked({.what = "camera closed", .cameraDevice = instanceId});
         callback = mCallback;
     }
     if (callback == nullptr) {

@@ -6,6 +6,7 @@
 #include "manager/StartRecord.h"
 #include "platform/Log.h"
 #include "platform/Properties.h"
+#include "platform/Trace.h"
 
 namespace zarvo::aon {
 
@@ -19,10 +20,19 @@ int32_t AONManager::StartService(int32_t serviceType) {
                      "AovStream is running with sensorId %d, please stop() the previous stream "
                      "before start() a new one.",
                      mOpenedSensorId);
+            const int32_t stopped = mOpenedSensorId;
             StopServiceLocked();
+            NoteLocked(
+                    {.what = "stream stopped", .reason = "for another start", .sensorId = stopped});
         }
         sensorId = mSensorConfig.sensorId;
-        if (IsHeldByCameraLocked(sensorId)) return kNoDevice;
+        if (IsHeldByCameraLocked(sensorId)) {
+            NoteLocked({.what = "start refused",
+                        .reason = "a camera has the sensor",
+                        .sensorId = sensorId,
+                        .serviceTypes = serviceType});
+            return kNoDevice;
+        }
         const int32_t result = StartStreamLocked(serviceType);
         if (result != 0) return result;
         callback = mCallback;
@@ -50,12 +60,19 @@ int32_t AONManager::StartStreamLocked(int32_t serviceType) {
     const int32_t result = InitAovStreamLocked();
     if (result == 0) {
         AON_LOGI(kWho, "start sensor success:%d", serviceType);
+        NoteLocked({.what = "stream started",
+                    .sensorId = mOpenedSensorId,
+                    .serviceTypes = serviceType});
         return 0;
     }
     AON_LOGE(kWho, "Failed to initialize AovStream.");
     mOpenedSensorId = kNoSensor;
     mUserParam = user_param{};
     mServiceTypeStarted = 0;
+    NoteLocked({.what = "start refused",
+                .reason = "the stream refused",
+                .sensorId = mSensorConfig.sensorId,
+                .serviceTypes = serviceType});
     return result;
 }
 
@@ -81,6 +98,7 @@ int32_t AONManager::InitAovStreamLocked() {
         AON_LOGE(kWho, "Cannot get AovStream");
         return kInvalid;
     }
+    const TraceSection trace("aon stream start");
     if (!mAovStream->start(&mUserParam)) {
         AON_LOGE(kWho, "Failed to initialize AovStream.");
         return kInvalid;
@@ -98,6 +116,7 @@ int32_t AONManager::UninitAovStreamLocked() {
         AON_LOGE(kWho, "Cannot get AovStream");
         return 0;
     }
+    const TraceSection trace("aon stream stop");
     if (mAovStream->stop()) {
         mAovStreamInited = false;
     } else {
@@ -127,6 +146,7 @@ int32_t AONManager::StopService() {
         ScopedLock lock(mMutex);
         sensorId = mOpenedSensorId;
         result = StopServiceLocked();
+        if (sensorId != kNoSensor) NoteLocked({.what = "stream stopped", .sensorId = sensorId});
         callback = mCallback;
     }
     if (callback != nullptr && sensorId != kNoSensor) callback->OnServiceStop(sensorId);

@@ -85,10 +85,15 @@ ScopedAStatus AONService::Refuse(int32_t code, const char* message) {
     return RefuseLoggingOtherwise(code, message, message);
 }
 
+ScopedAStatus AONService::RefuseUnlogged(int32_t code, const char* message) {
+    mOperation.reason = message;
+    return ScopedAStatus::fromServiceSpecificErrorWithMessage(code, message);
+}
+
 ScopedAStatus AONService::RefuseLoggingOtherwise(int32_t code, const char* message,
                                                  const char* logText) {
     AON_LOGE(kWho, "%s", logText);
-    return ScopedAStatus::fromServiceSpecificErrorWithMessage(code, message);
+    return RefuseUnlogged(code, message);
 }
 
 ScopedAStatus AONService::RefuseUnknownHandle() {
@@ -96,7 +101,9 @@ ScopedAStatus AONService::RefuseUnknownHandle() {
 }
 
 ScopedAStatus AONService::RefuseWithoutManager() {
-    AON_LOGE(kWho, "aon manager is null");
+    static constexpr char kMessage[] = "aon manager is null";
+    AON_LOGE(kWho, "%s", kMessage);
+    mOperation.reason = kMessage;
     return ScopedAStatus::fromServiceSpecificError(kErrorGeneral);
 }
 
@@ -111,7 +118,8 @@ bool AONService::IsUnknownToRegistryLocked(int64_t clientHandle) {
 }
 
 ScopedAStatus AONService::getAonSensorInfoList(std::vector<AONSensorInfo>* sensors) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "getAonSensorInfoList"});
+    operation.SetQuery();
     if (operation.IsNested()) return RefuseNested();
     if (mAonManager == nullptr) return RefuseWithoutManager();
 

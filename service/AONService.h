@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -12,8 +13,11 @@
 #include "callbacks/RemoteCallbackManager.h"
 #include "events/AONManagerCallback.h"
 #include "manager/AONManager.h"
+#include "platform/History.h"
 #include "platform/Mutex.h"
+#include "platform/Published.h"
 #include "service/SensorArbitration.h"
+#include "service/ServiceStatus.h"
 
 namespace zarvo::aon {
 
@@ -57,6 +61,15 @@ class __attribute__((visibility("default"))) AONService
     void OnRemoteCallbackDied(int64_t clientHandle,
                               const std::shared_ptr<IAONServiceCallBack>& callback) override;
 
+    /**
+     * Tells people what the service has and does; `--help` says how. It waits for no lock, so that
+     * it answers whatever a client or the stream does, and at most a second for who reads `fd`.
+     *
+     * @return STATUS_BAD_VALUE, and the help in `fd`, for arguments that it does not know; another
+     *         error if not everything could be written.
+     */
+    binder_status_t dump(int fd, const char** args, uint32_t numArgs) override;
+
   protected:
     /** Takes its collaborators from outside; any of them may be null. For tests. */
     AONService(std::shared_ptr<RemoteCallbackManager> registry, std::shared_ptr<AONManager> manager,
@@ -79,11 +92,13 @@ class __attribute__((visibility("default"))) AONService
     bool ConnectRegistry();
     void ConnectManager();
 
-    static ndk::ScopedAStatus Refuse(int32_t code, const char* message);
-    static ndk::ScopedAStatus RefuseLoggingOtherwise(int32_t code, const char* message,
-                                                     const char* logText);
-    static ndk::ScopedAStatus RefuseUnknownHandle();
-    static ndk::ScopedAStatus RefuseWithoutManager();
+    // Every refusal. The texts live for ever.
+    ndk::ScopedAStatus Refuse(int32_t code, const char* message) REQUIRES(mLock);
+    ndk::ScopedAStatus RefuseLoggingOtherwise(int32_t code, const char* message,
+                                              const char* logText) REQUIRES(mLock);
+    ndk::ScopedAStatus RefuseUnlogged(int32_t code, const char* message) REQUIRES(mLock);
+    ndk::ScopedAStatus RefuseUnknownHandle() REQUIRES(mLock);
+    ndk::ScopedAStatus RefuseWithoutManager() REQUIRES(mLock);
     static ndk::ScopedAStatus RefuseNested();
 
     // Clients.
@@ -121,6 +136,10 @@ class __attribute__((visibility("default"))) AONService
     ndk::ScopedAStatus StopServiceLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
     int32_t RemoveStartedLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
 
+    // What people see.
+    ServiceStatus CollectStatus() EXCLUDES(mLock);
+    std::vector<ClientStatus> CollectClientsLocked() REQUIRES(mLock);
+
     // Set at construction, released at destruction, constant between; null when missing.
     std::shared_ptr<AONManager> mAonManager;
     std::shared_ptr<RemoteCallbackManager> mRemoteCallBackManager;
@@ -141,6 +160,13 @@ class __attribute__((visibility("default"))) AONService
     std::vector<std::shared_ptr<IAONServiceCallBack>> mReleased GUARDED_BY(mLock);
     /** The thread that holds mLock. */
     std::atomic<std::thread::id> mLockOwner{};
+
+    const Moment mCreated = Moment::Now();
+    /** The operation that holds mLock, as it will be remembered. */
+    Change mOperation GUARDED_BY(mLock);
+    /** The same for whoever asks meanwhile. Replaced under mLock, as is the history. */
+    Published<RunningOperation> mRunning;
+    History mHistory;
 };
 
 }  // namespace zarvo::aon

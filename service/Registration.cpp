@@ -12,17 +12,17 @@ using ndk::ScopedAStatus;
 
 ScopedAStatus AONService::registerClient(const std::shared_ptr<IAONServiceCallBack>& callback,
                                          int32_t serviceType, int64_t* clientHandle) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "registerClient", .serviceTypes = serviceType});
     if (operation.IsNested()) return RefuseNested();
     if (callback == nullptr) {
         AON_LOGE(kWho, "callback is null");
+        mOperation.reason = "callback is null";
         return ScopedAStatus::fromExceptionCode(EX_ILLEGAL_ARGUMENT);
     }
     if (mAonManager == nullptr) return Refuse(kErrorGeneral, "aon manager is null");
     if (!mAonManager->CheckServiceTypeSupport(serviceType)) {
         AON_LOGE(kWho, "service type is not support:%x", static_cast<unsigned>(serviceType));
-        return ScopedAStatus::fromServiceSpecificErrorWithMessage(kErrorServiceType,
-                                                                  "some type not support");
+        return RefuseUnlogged(kErrorServiceType, "some type not support");
     }
     if (mRemoteCallBackManager == nullptr) {
         return Refuse(kErrorGeneral, "RemoteCallBackManager is null");
@@ -31,9 +31,9 @@ ScopedAStatus AONService::registerClient(const std::shared_ptr<IAONServiceCallBa
     const int32_t result = AdmitLocked(callback, &handle);
     if (handle == 0 || result != 0) {
         AON_LOGE(kWho, "register callback failed：%d", result);
-        return ScopedAStatus::fromServiceSpecificErrorWithMessage(kErrorGeneral,
-                                                                  "register callback failed");
+        return RefuseUnlogged(kErrorGeneral, "register callback failed");
     }
+    mOperation.clientHandle = handle;
     mRegisterServiceTypeMap[handle] = serviceType;
     mReleased.push_back(std::exchange(mRegisterCallbackMap[handle], callback));
     *clientHandle = handle;
@@ -57,6 +57,7 @@ int32_t AONService::AdmitLocked(const std::shared_ptr<IAONServiceCallBack>& call
 }
 
 void AONService::EvictLocked(int64_t clientHandle) {
+    mHistory.Note({.what = "client replaced", .clientHandle = clientHandle});
     AON_LOGW(kWho, "service has other callback");
     AON_LOGW(kWho, "so do stop service and remove old callback");
     const ScopedAStatus stopped = StopServiceLocked(clientHandle, ComputeStartServiceType());
@@ -72,7 +73,7 @@ void AONService::EvictLocked(int64_t clientHandle) {
 }
 
 ScopedAStatus AONService::unregisterClient(int64_t clientHandle) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "unregisterClient", .clientHandle = clientHandle});
     if (operation.IsNested()) return RefuseNested();
     if (StartedByLocked(clientHandle) != 0) {
         return Refuse(kErrorGeneral, "not stop all service type, unregisterClient failed");
@@ -94,7 +95,7 @@ ScopedAStatus AONService::unregisterClient(int64_t clientHandle) {
 
 void AONService::OnRemoteCallbackDied(int64_t clientHandle,
                                       const std::shared_ptr<IAONServiceCallBack>& callback) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "client died", .clientHandle = clientHandle});
     if (operation.IsNested()) {
         mPendingDeaths.push_back({clientHandle, callback});
         return;

@@ -28,7 +28,9 @@ bool AONService::CheckStartServiceType(int64_t clientHandle, int32_t serviceType
 }
 
 ScopedAStatus AONService::startService(int64_t clientHandle, int32_t serviceType) {
-    Operation operation(*this);
+    Operation operation(
+            *this,
+            {.what = "startService", .clientHandle = clientHandle, .serviceTypes = serviceType});
     if (operation.IsNested()) return RefuseNested();
     if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return StartServiceLocked(clientHandle, serviceType);
@@ -56,15 +58,16 @@ ScopedAStatus AONService::StartStreamLocked(int64_t clientHandle, int32_t servic
     if (result != 0) {
         mStartServiceTypeMap.erase(clientHandle);
         AON_LOGE(kWho, "aon manager StartService failed:%d", result);
-        return ScopedAStatus::fromServiceSpecificErrorWithMessage(
-                kErrorGeneral, "aon manager StartService failed");
+        return RefuseUnlogged(kErrorGeneral, "aon manager StartService failed");
     }
     AON_LOGI(kWho, "start success-> c:%d, t:%d", static_cast<int>(clientHandle), serviceType);
     return ScopedAStatus::ok();
 }
 
 ScopedAStatus AONService::stopService(int64_t clientHandle, int32_t serviceType) {
-    Operation operation(*this);
+    Operation operation(
+            *this,
+            {.what = "stopService", .clientHandle = clientHandle, .serviceTypes = serviceType});
     if (operation.IsNested()) return RefuseNested();
     if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return StopServiceLocked(clientHandle, serviceType);

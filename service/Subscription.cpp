@@ -61,7 +61,10 @@ bool AONService::CheckCanAddSensorConfigLocked(int64_t /*clientHandle*/,
 }
 
 ScopedAStatus AONService::subscribeSensor(int64_t clientHandle, const SensorConfigInfo& config) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "subscribeSensor",
+                                .clientHandle = clientHandle,
+                                .sensorId = config.sensorId,
+                                .serviceTypes = config.serviceType});
     if (operation.IsNested()) return RefuseNested();
     if (IsUnknownToRegistryLocked(clientHandle)) {
         return RefuseLoggingOtherwise(kErrorGeneral, "clientHandle not register",
@@ -102,15 +105,14 @@ ScopedAStatus AONService::SubscribeMergedLocked(int64_t clientHandle,
     if (result != 0) {
         mSensorConfigMap.erase(clientHandle);
         AON_LOGE(kWho, "aon manager SubscribeSensor failed:%d", result);
-        return ScopedAStatus::fromServiceSpecificErrorWithMessage(
-                kErrorGeneral, "aon manager SubscribeSensor failed");
+        return RefuseUnlogged(kErrorGeneral, "aon manager SubscribeSensor failed");
     }
     LogSubscribed(kWho, clientHandle, merged);
     return ScopedAStatus::ok();
 }
 
 ScopedAStatus AONService::unsubscribeSensor(int64_t clientHandle) {
-    Operation operation(*this);
+    Operation operation(*this, {.what = "unsubscribeSensor", .clientHandle = clientHandle});
     if (operation.IsNested()) return RefuseNested();
     if (IsUnknownToRegistryLocked(clientHandle)) return RefuseUnknownHandle();
     return UnsubscribeSensorLocked(clientHandle);

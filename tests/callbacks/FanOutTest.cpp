@@ -39,6 +39,7 @@ TEST_F(FanOut, DropsAnEventWhileItIsInUseButLetsAStateWait) {
     AONCallBackInfo event;
     mRegistry->OnAONEvent(event);
     EXPECT_EQ(log.TakeTexts(), Lines{"W: RemoteCallbackManager: OnAONEvent try_lock failed"});
+    EXPECT_EQ(mRegistry->Counters().droppedBusy.Count(), 1U);
 
     std::thread reporting([&] { Report(4, 2); });
     ASSERT_TRUE(log.WaitFor("OnAONSensorEvent:sensorId:4, state:2"));
@@ -64,6 +65,8 @@ TEST_F(FanOut, PassesOverAClientThatDoesNotAnswer) {
     EXPECT_EQ(log.TakeTexts().size(), 1U);  // the notice's own line, none about the client
     EXPECT_TRUE(client.local->TakeEvents().empty());
     EXPECT_TRUE(client.local->TakeStates().empty());
+    EXPECT_EQ(mRegistry->Counters().droppedNoAnswer.Count(), 1U);
+    EXPECT_EQ(mRegistry->Counters().statesFailed.Count(), 1U);
     mRegistry->OnAONEvent(event);
     ASSERT_EQ(client.local->TakeEvents().size(), 1U);
     EXPECT_EQ(client.local->Handle(), 1);
