@@ -85,6 +85,11 @@ Status HostControl::setJitter(float fraction) {
     return Status::ok();
 }
 
+Status HostControl::isStreaming(bool* streaming) {
+    *streaming = Simulator().Running();
+    return Status::ok();
+}
+
 Status HostControl::listCameras(std::vector<CameraDevice>* devices) {
     devices->clear();
     const std::vector<int> open = Simulator().OpenCameras();

@@ -26,6 +26,7 @@ class HostControl : public aidl::zarvo::aon::host::BnHostControl {
     Status setSeed(int64_t seed) override;
     Status setCast(CastChoice cast) override;
     Status setJitter(float fraction) override;
+    Status isStreaming(bool* streaming) override;
     Status listCameras(std::vector<CameraDevice>* devices) override;
     Status openCamera(int32_t instanceId) override;
     Status closeCamera(int32_t instanceId) override;

@@ -7,6 +7,9 @@
 
 namespace zarvo::host::demo {
 
+/** Which of the demo's processes this is. */
+enum class Role { kDirector, kClient, kControls };
+
 /** What the demo was asked for. */
 struct Options {
     /** The simulated scene's random seed. */
@@ -16,6 +19,8 @@ struct Options {
     /** Whether the story is told without pauses. */
     bool quick = false;
     bool help = false;
+    /** The director starts the others itself. */
+    Role role = Role::kDirector;
     /** What is wrong with the command line; empty when nothing is. */
     std::string error;
 };

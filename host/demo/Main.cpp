@@ -2,11 +2,9 @@
 #include <string_view>
 #include <vector>
 
-#include <cutils/properties.h>
-
 #include "host/demo/CommandLine.h"
 #include "host/demo/Story.h"
-#include "platform/Properties.h"
+#include "host/demo/remote/Remote.h"
 
 int main(int argc, char** argv) {
     using namespace zarvo::host::demo;
@@ -20,6 +18,7 @@ int main(int argc, char** argv) {
         std::printf("%s", HelpText().data());
         return 0;
     }
-    if (options.verbose) property_set(zarvo::aon::properties::kVerboseLog, "true");
-    return PlayStory(options.seed, options.quick) ? 0 : 1;
+    if (options.role == Role::kClient) return RunClient();
+    if (options.role == Role::kControls) return RunControls();
+    return PlayStory(options) ? 0 : 1;
 }

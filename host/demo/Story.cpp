@@ -1,15 +1,16 @@
 #include "host/demo/Story.h"
 
-#include <chrono>
-#include <memory>
-#include <string>
-
 #include <aidl/vendor/zarvo/hardware/camera/aon/AONSensorStateInfo.h>
 
+#include <chrono>
+#include <string>
+#include <string_view>
+
 #include "host/demo/DemoClient.h"
+#include "host/demo/DemoControls.h"
+#include "host/demo/DemoService.h"
 #include "host/demo/Narrator.h"
-#include "host/stream/SimulatorControl.h"
-#include "service/AONService.h"
+#include "host/demo/Stage.h"
 
 namespace zarvo::host::demo {
 
@@ -18,6 +19,8 @@ using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
 using aidl::vendor::zarvo::hardware::camera::aon::SensorConfigInfo;
 
 namespace {
+
+using Cast = DemoControls::Cast;
 
 constexpr int32_t kFusion = IAONService::SERVICE_TYPE_FUSION;
 constexpr int32_t kFaceAngle = IAONService::SERVICE_TYPE_FACE_ANGLE;
@@ -43,98 +46,118 @@ SensorConfigInfo Config(int32_t width, int32_t height, int32_t serviceTypes) {
 /** The acts of the story, in their order; each leaves the stage as the next one finds it. */
 class Story {
   public:
-    explicit Story(Narrator& narrator) : mNarrator(narrator) {}
+    Story(Narrator& narrator, std::chrono::milliseconds pause)
+        : mNarrator(narrator),
+          mPause(pause),
+          mStage(narrator),
+          mService(mStage, narrator),
+          mControls(mStage, narrator),
+          mAlice("alice", mStage, narrator),
+          mBob("bob", mStage, narrator) {}
 
-    void ServiceComesUp() {
-        mNarrator.Step("The service starts");
-        mService = ndk::SharedRefBase::make<aon::AONService>();
-        mAlice = std::make_unique<DemoClient>("alice", mNarrator, mService);
-        mBob = std::make_unique<DemoClient>("bob", mNarrator, mService);
+    void ServiceComesUp(uint64_t seed, bool verbose) {
+        Step("The service starts; its clients wait for it, in processes of their own");
+        mNarrator.Remark(mService.GetProcess().Title() + ", its clients " +
+                         mAlice.GetActor().GetProcess().Title() + " and " +
+                         mBob.GetActor().GetProcess().Title() + ", and the simulator's " +
+                         mControls.GetActor().GetProcess().Title());
+        for (Actor* const actor : {&mControls.GetActor(), &mAlice.GetActor(), &mBob.GetActor()})
+            actor->AwaitReady();
+        mNarrator.Remark("All have found it.");
+        mControls.SetSeed(seed);
+        if (verbose) mControls.SetVerbose();
     }
 
     void AliceSubscribes() {
-        mNarrator.Step("A client asks which sensors there are, registers and subscribes");
-        mAlice->ListSensors();
-        mAlice->Register(kFusion | kFaceAngle | kGaze);
-        mAlice->Subscribe(Config(640, 480, kFusion | kFaceAngle | kGaze));
+        Step("A client asks which sensors there are, registers and subscribes");
+        mAlice.ListSensors();
+        mAlice.Register(kFusion | kFaceAngle | kGaze);
+        mAlice.Subscribe(Config(640, 480, kFusion | kFaceAngle | kGaze));
     }
 
     void EventsArrive() {
-        mNarrator.Step("It starts two services, and events arrive");
-        mAlice->Start(kFusion | kGaze);
-        mAlice->WatchEvents({kFusion | kGaze, 1}, 5);
+        Step("It starts two services, and events arrive");
+        mAlice.Start(kFusion | kGaze);
+        mAlice.WatchEvents({kFusion | kGaze, 1}, 5);
         mNarrator.Remark("Somebody joins:");
-        Show(Cast::kTwo, 2);
+        Show(Cast::TWO, 2);
         mNarrator.Remark("All of them go:");
-        Show(Cast::kNobody, 0);
+        Show(Cast::NOBODY, 0);
         mNarrator.Remark("From here on people come and go:");
-        SimulatorControl::Instance().SetCast(Cast::kStory);
-        mAlice->WatchEvents({kFusion | kGaze}, 3);
+        mControls.SetCast(Cast::STORY);
+        mAlice.WatchEvents({kFusion | kGaze}, 3);
     }
 
     void AliceStopsGaze() {
-        mNarrator.Step("It stops one of them: the stream starts anew with the rest");
-        mAlice->Stop(kGaze);
-        mAlice->WatchEvents({kFusion}, 8);
+        Step("It stops one of them: the stream starts anew with the rest");
+        mAlice.Stop(kGaze);
+        mAlice.WatchEvents({kFusion}, 8);
     }
 
     void CameraTakesTheSensor() {
-        mNarrator.Step("The regular camera opens and takes the sensor");
-        SimulatorControl::Instance().OpenCamera(kCamera);
-        mAlice->AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_BUSY);
-        CheckSensorIsOff();
+        Step("The regular camera opens and takes the sensor");
+        mControls.OpenCamera(kCamera);
+        mAlice.AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_BUSY);
+        CheckSensor(false);
         mNarrator.Remark("While the camera holds the sensor, a start is refused:");
-        mAlice->Start(kFusion, DemoClient::Expected::kRefused);
+        mAlice.Start(kFusion, DemoClient::Expected::kRefused);
     }
 
     void CameraGivesItBack() {
-        mNarrator.Step("The camera closes; the client starts again");
-        SimulatorControl::Instance().CloseCamera(kCamera);
-        mAlice->AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_IDLE);
-        mAlice->Start(kFusion | kFaceAngle);
-        mAlice->WatchEvents({kFusion | kFaceAngle}, 8);
+        Step("The camera closes; the client starts again");
+        mControls.CloseCamera(kCamera);
+        mAlice.AwaitState(kSensor, AONSensorStateInfo::SENSOR_STATE_IDLE);
+        mAlice.Start(kFusion | kFaceAngle);
+        mAlice.WatchEvents({kFusion | kFaceAngle}, 8);
     }
 
     void BobReplacesAlice() {
-        mNarrator.Step("A second client registers and takes the first one's place");
-        mBob->Register(kFusion | kFaceFeature);
-        CheckSensorIsOff();
-        mBob->Subscribe(Config(320, 240, kFusion | kFaceFeature));
-        mBob->Start(kFusion | kFaceFeature);
-        mBob->WatchEvents({kFusion | kFaceFeature}, 8);
+        Step("A second client registers and takes the first one's place");
+        mBob.Register(kFusion | kFaceFeature);
+        CheckSensor(false);
+        mBob.Subscribe(Config(320, 240, kFusion | kFaceFeature));
+        mBob.Start(kFusion | kFaceFeature);
+        mBob.WatchEvents({kFusion | kFaceFeature}, 8);
     }
 
     void BobDies() {
-        mNarrator.Step("The second client dies; the sensor is released");
-        mBob->Kill();
-        CheckSensorIsOff();
+        Step("The second client is killed while events flow; the sensor is released");
+        CheckSensor(true);
+        const size_t before = mService.LogSize();
+        mBob.Kill();
+        const size_t noticed =
+                mService.AwaitLog("unregister client for remote callback died", before);
+        mService.AwaitLog("stop sensor success", noticed);
+        CheckSensor(false);
     }
 
     void AliceEndsPolitely() {
-        mNarrator.Step("The first client comes back, and this time goes in good order");
-        mAlice->Register(kGaze);
-        mAlice->Subscribe(Config(640, 480, kGaze));
-        mAlice->Start(kGaze);
-        mAlice->WatchEvents({kGaze}, 5);
-        mAlice->Stop(kGaze);
-        mAlice->Unsubscribe();
-        mAlice->Unregister();
-        CheckSensorIsOff();
+        Step("The first client comes back, and this time goes in good order");
+        mAlice.Register(kGaze);
+        mAlice.Subscribe(Config(640, 480, kGaze));
+        mAlice.Start(kGaze);
+        mAlice.WatchEvents({kGaze}, 5);
+        mAlice.Stop(kGaze);
+        mAlice.Unsubscribe();
+        mAlice.Unregister();
+        CheckSensor(false);
     }
 
-    void ServiceGoesDown() {
-        mNarrator.Step("The service ends");
-        mEvents = mAlice->EventsSeen() + mBob->EventsSeen();
-        mStates = mAlice->StatesSeen() + mBob->StatesSeen();
-        mAlice.reset();
-        mBob.reset();
-        mService.reset();
-        SimulatorControl::Instance().Shutdown();
+    void EverythingEnds() {
+        Step("The client ends, then the service; nothing is left");
+        mAlice.Leave();
+        mControls.GetActor().Dismiss();
+        mService.Terminate();
+        CheckLast(Stage::IsAlone(), "No process is left.");
+        CheckLast(mStage.RemoveDirectory(),
+                  "The directory of the service's sockets is empty, and gone.");
     }
 
     void Summary() {
-        mNarrator.Step("Summary");
-        mNarrator.Remark(std::to_string(mEvents) + " events and " + std::to_string(mStates) +
+        Step("Summary");
+        const int events = mAlice.EventsSeen() + mBob.EventsSeen();
+        const int states = mAlice.StatesSeen() + mBob.StatesSeen();
+        mNarrator.Remark(std::to_string(events) + " events and " + std::to_string(states) +
                          " state notices reached the clients.");
         std::string lines;
         for (const auto& [letter, count] : mNarrator.LogLines()) {
@@ -147,33 +170,41 @@ class Story {
     }
 
   private:
+    void Step(std::string_view title) {
+        mStage.Pause(mPause);
+        mNarrator.Step(title);
+    }
     /** Changes who is in front of the sensor, and waits for events that tell it. */
     void Show(Cast cast, int32_t faces) {
-        SimulatorControl::Instance().SetCast(cast);
-        mAlice->WatchEvents({kFusion | kGaze, faces}, 3);
+        mControls.SetCast(cast);
+        mAlice.WatchEvents({kFusion | kGaze, faces}, 3);
     }
-    void CheckSensorIsOff() {
-        const bool running = SimulatorControl::Instance().Running();
-        mNarrator.Remark(running ? "The sensor runs." : "The sensor is off.");
-        mNarrator.Check(!running, "the sensor is off");
+    void CheckSensor(bool streaming) {
+        const bool isStreaming = mControls.IsStreaming();
+        mNarrator.Remark(isStreaming ? "The sensor runs." : "The sensor is off.");
+        mNarrator.Check(isStreaming == streaming,
+                        streaming ? "the sensor runs" : "the sensor is off");
+    }
+    void CheckLast(bool holds, std::string_view what) {
+        if (holds) mNarrator.Remark(what);
+        mNarrator.Check(holds, what);
     }
 
     Narrator& mNarrator;
-    std::shared_ptr<aon::AONService> mService;
-    std::unique_ptr<DemoClient> mAlice;
-    std::unique_ptr<DemoClient> mBob;
-    int mEvents = 0;
-    int mStates = 0;
+    const std::chrono::milliseconds mPause;
+    Stage mStage;
+    DemoService mService;
+    DemoControls mControls;
+    DemoClient mAlice;
+    DemoClient mBob;
 };
 
 }  // namespace
 
-bool PlayStory(uint64_t seed, bool quick) {
-    SimulatorControl::Instance().SetSeed(seed);
-    // Static, and made before the service's singletons, to hear their last words.
-    static Narrator narrator(quick ? std::chrono::milliseconds(0) : kPauseForReaders);
-    Story story(narrator);
-    story.ServiceComesUp();
+bool PlayStory(const Options& options) {
+    Narrator narrator;
+    Story story(narrator, options.quick ? std::chrono::milliseconds(0) : kPauseForReaders);
+    story.ServiceComesUp(options.seed, options.verbose);
     story.AliceSubscribes();
     story.EventsArrive();
     story.AliceStopsGaze();
@@ -182,7 +213,7 @@ bool PlayStory(uint64_t seed, bool quick) {
     story.BobReplacesAlice();
     story.BobDies();
     story.AliceEndsPolitely();
-    story.ServiceGoesDown();
+    story.EverythingEnds();
     story.Summary();
     return narrator.Failures() == 0;
 }

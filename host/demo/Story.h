@@ -1,17 +1,16 @@
 #pragma once
 
-#include <cstdint>
+#include "host/demo/CommandLine.h"
 
 namespace zarvo::host::demo {
 
 /**
- * Plays a client's whole life against the service with the simulated sensor, and tells it on the
- * standard output. Takes about ten seconds.
+ * Plays a client's whole life against the service with the simulated sensor, each in a process of
+ * its own, and tells it on the standard output. Takes about ten seconds. The program ends in it if
+ * the story cannot go on, see Stage.
  *
- * @param seed the simulated scene's random seed.
- * @param quick whether to leave out the pauses that let a person follow.
  * @return whether everything went as it should.
  */
-bool PlayStory(uint64_t seed, bool quick);
+bool PlayStory(const Options& options);
 
 }  // namespace zarvo::host::demo

@@ -1,11 +1,16 @@
 #include <android/binder_manager.h>
 
 #include <csignal>
+#include <string>
 #include <thread>
+
+#include <unistd.h>
 
 #include "host/binder/services/PublishedServices.h"
 #include "host/binder/services/ThreadPool.h"
 #include "host/control/HostControl.h"
+#include "host/log/LogFormat.h"
+#include "host/log/LogTap.h"
 #include "host/service/HostControls.h"
 #include "host/stream/SimulatorControl.h"
 #include "platform/Log.h"
@@ -22,9 +27,17 @@ sigset_t EndSignals() {
     return signals;
 }
 
+/** All priorities, for the library decides itself what is worth a line; each in one piece. */
+void LogToStderr(const LogLine& line) {
+    const std::string text = FormatLogLine(line, getpid());
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
+}
+
 }  // namespace
 
 void BeginHostControls() {
+    // Never ended: the library's singletons log while the process exits.
+    [[maybe_unused]] static const auto* const tap = new LogTap(&LogToStderr);
     const sigset_t signals = EndSignals();
     // All threads inherit this, so the signals come to the one that waits for them.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);

@@ -23,6 +23,8 @@ interface IHostControl {
     void setCast(Cast cast);
     /** Makes frames late by up to so many periods, 0 to 1. */
     void setJitter(float fraction);
+    /** Whether the always-on stream is started. */
+    boolean isStreaming();
 
     // Camera devices.
 
