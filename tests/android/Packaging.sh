@@ -1,0 +1,87 @@
+#!/bin/bash
+# What goes into a vendor image, checked with what a Linux machine has: Packaging.sh ROOT SOURCES,
+# where SOURCES lists the files that CMake compiles into the rooms and the service's program.
+set -u
+root="$1"
+sources="$2"
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+cd "$root" || exit 1
+failures=0
+fail() {
+    printf '%s\n' "$*"
+    failures=$((failures + 1))
+}
+same() {
+    diff "$2" "$3" >"$work/difference" || fail "$1:" "$(cat "$work/difference")"
+}
+
+# Build files: what lies in the folders, what CMake compiles and what Android.bp names are the same.
+rooms=(callbacks events manager service)
+find "${rooms[@]}" -name '*.cpp' | sort >"$work/there"
+grep -oE '"[a-z]+/[A-Za-z]+\.cpp"' Android.bp | tr -d '"' | sort >"$work/bp"
+sed "s,^$PWD/,," "$sources" | grep -E "^($(IFS="|"; echo "${rooms[*]}"))/" | sort >"$work/cmake"
+same 'Android.bp against the rooms' "$work/there" "$work/bp"
+same 'CMake against the rooms' "$work/there" "$work/cmake"
+grep -oE '"[a-z]+/[a-z/]+/[A-Za-z]+\.cpp"' Android.bp | tr -d '"' | while read -r file; do
+    [ -f "$file" ] || echo "$file"
+done >"$work/missing"
+same 'Android.bp names what is not there' /dev/null "$work/missing"
+grep -oE '"(android|service)/[^"*]+\.(rc|xml|map)"' Android.bp | tr -d '"' | while read -r file; do
+    [ -f "$file" ] || echo "$file"
+done >"$work/missing"
+same 'Android.bp names what is not there' /dev/null "$work/missing"
+
+# The service under its name, everywhere.
+program=vendor.zarvo.hardware.camera.aon-service
+instance=vendor.zarvo.hardware.camera.aon.IAONService/default
+xmllint --noout --schema tests/android/manifest.xsd android/$program.xml 2>"$work/said" ||
+    fail "$(cat "$work/said")"
+name="$(xmllint --xpath 'string(//name)' android/$program.xml)"
+fqname="$(xmllint --xpath 'string(//fqname)' android/$program.xml)"
+[ "$name.$fqname" = $instance ] || fail "the manifest declares $name.$fqname"
+grep -qxF "    interface aidl $instance" android/$program.rc || fail "the init script has no $instance"
+grep -qE "^service [a-z.]+ /vendor/bin/hw/$program\$" android/$program.rc ||
+    fail "the init script does not start $program"
+for key in user group class; do
+    grep -qE "^    $key [a-z]" android/$program.rc || fail "the init script names no $key"
+done
+
+# The policy compiles in both kinds of builds.
+policy=android/sepolicy
+compile() {
+    local variant="$1"
+    shift
+    {
+        echo "define(\`BUILD_VARIANT', \`$variant')"
+        cat tests/android/PolicyMacros.m4 tests/android/PolicyBase.conf $policy/vendor/attributes \
+            $policy/vendor/*.te "$@" tests/android/PolicyEnd.conf
+    } | m4 >"$work/$variant.conf"
+    checkpolicy -c 30 -o "$work/policy" "$work/$variant.conf" >"$work/said" 2>&1 ||
+        fail "the policy of a $variant build:" "$(cat "$work/said")"
+}
+compile user
+compile userdebug $policy/debug/*.te
+# On a user's phone nobody writes dumps or turns on what shows faces.
+grep -nE 'aon_dump_data_file|^allow shell vendor_aon|property_service set' "$work/user.conf" &&
+    fail 'the policy of a user build allows dumps or switches'
+grep -q '^allow shell vendor_aon_debug_prop:property_service set' "$work/userdebug.conf" ||
+    fail 'nobody can switch on a userdebug build'
+grep -rqE '^/data/aon' $policy/vendor && fail 'a user build labels /data/aon'
+
+# Every label is a type of the policy.
+cat $policy/*/*_contexts | grep -oE 'object_r:[a-z_]+' | cut -d: -f2 | sort -u >"$work/labels"
+while read -r label; do
+    grep -qE "^type ${label}[,;]" "$work/userdebug.conf" || fail "there is no type $label"
+done <"$work/labels"
+grep -oE '^vendor[^ ]+' $policy/vendor/service_contexts | grep -qxF $instance ||
+    fail "service_contexts has no $instance"
+
+# The properties are those that the code reads, each with its type.
+sed -nE 's/^inline constexpr char k[A-Za-z]+\[\] = "(.*)";/\1/p' platform/Properties.h |
+    sort >"$work/read"
+awk '{ print $1 }' $policy/vendor/property_contexts | sort >"$work/labelled"
+same 'labelled properties against those that are read' "$work/read" "$work/labelled"
+awk '$3 != "exact" || ($4 != "int" && $4 != "bool")' $policy/vendor/property_contexts >"$work/odd"
+same 'properties without a type' /dev/null "$work/odd"
+exit $failures
