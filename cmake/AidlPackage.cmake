@@ -49,10 +49,12 @@ function(aon_aidl_library target)
   set(compiler $<TARGET_FILE:aon_aidl_compiler>)
   set(compiler_target aon_aidl_compiler)
   set(system)
+  set(emulator ${CMAKE_CROSSCOMPILING_EMULATOR})
   if(AON_AIDL)
     set(compiler "${AON_AIDL}")
     set(compiler_target)
     set(system SYSTEM)
+    set(emulator)
   endif()
   set(stability)
   if(AIDL_VINTF)
@@ -60,7 +62,7 @@ function(aon_aidl_library target)
   endif()
   add_custom_command(
     OUTPUT ${headers} ${sources}
-    COMMAND ${compiler} --lang=ndk --structured ${stability} --version ${AIDL_VERSION}
+    COMMAND ${emulator} ${compiler} --lang=ndk --structured ${stability} --version ${AIDL_VERSION}
             --hash ${AIDL_HASH} --min_sdk_version=30 ${roots} -h "${include_dir}" -o
             "${source_dir}" ${inputs}
     DEPENDS ${inputs} ${imported} ${compiler} ${compiler_target}
