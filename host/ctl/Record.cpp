@@ -33,8 +33,7 @@ class OutputFile {
         mFd = mName == "-" ? dup(STDOUT_FILENO) : open(mName.c_str(), flags, kMode);
         if (mFd >= 0) return true;
         const bool isThere = errno == EEXIST;
-        return Fail(isThere ? "it is there already; --force writes over it"
-                            : std::strerror(errno));
+        return Fail(isThere ? "it is there already; --force writes over it" : std::strerror(errno));
     }
     bool Write(std::span<const uint8_t> bytes) {
         while (!bytes.empty() && mFd >= 0) {

@@ -48,8 +48,8 @@ std::string TextOf(const recording::EndNote& note) {
 
 bool Print(const Entry& entry, bool json) {
     const double seconds = std::chrono::duration<double>(entry.time).count();
-    const auto line = std::visit([&](const auto& what) { return json ? JsonOf(what) : TextOf(what); },
-                                 entry.what);
+    const auto line = std::visit(
+            [&](const auto& what) { return json ? JsonOf(what) : TextOf(what); }, entry.what);
     // The time becomes the first member of the object.
     const int length = json ? std::printf("{\"time\":%.6f,%s\n", seconds, line.c_str() + 1)
                             : std::printf("%11.6f  %s\n", seconds, line.c_str());

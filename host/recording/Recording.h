@@ -22,7 +22,7 @@ struct EndNote {
 
 /** Something that happened to the client that was recorded. */
 struct Entry {
-    uint64_t offset = 0;  // in the file, in bytes
+    uint64_t offset = 0;               // in the file, in bytes
     std::chrono::nanoseconds time{0};  // since the recording's beginning
     std::variant<SensorConfigInfo, AONCallBackInfo, AONSensorStateInfo, EndNote> what;
 };

@@ -12,8 +12,10 @@ constexpr char kName[] = "vendor.zarvo.hardware.camera.aon-service";
 constexpr int kMisused = 2;
 
 constexpr ctl::Option kOptions[] = {
-        {"--replay", "FILE", ""}, {"--replay-loop", "", ""},
-        {"--help", "", ""},       {"--version", "", ""},
+        {"--replay", "FILE", ""},
+        {"--replay-loop", "", ""},
+        {"--help", "", ""},
+        {"--version", "", ""},
 };
 
 constexpr char kHelp[] =

@@ -46,7 +46,8 @@ bool BeginReplay(const std::string& path, bool again) {
     auto bytes = recording::OpenRecording(path, error);
     const auto replay = bytes == nullptr ? nullptr : Replay::Make(std::move(bytes), again, error);
     if (replay == nullptr) {
-        std::fprintf(stderr, "cannot play %s: %s\n", path.c_str(), error.c_str());
+        std::fprintf(stderr, "vendor.zarvo.hardware.camera.aon-service: cannot play %s: %s\n",
+                     path.c_str(), error.c_str());
         return false;
     }
     auto sensors = Sensors();

@@ -19,9 +19,10 @@ DeliveryRun::Source SimulatedSensor::SceneFrames(const user_param& param) {
                               .frameRate = param.frameRate,
                               .serviceTypes = param.serviceType};
     const auto period = Pace::Period(std::chrono::seconds(1)) / param.frameRate;
-    return {.nextDue = [this, period, pace = Pace(Pace::Clock::now())]() mutable {
-                return pace.NextBeat(period, LatenessOfNext(period));
-            },
+    return {.nextDue =
+                    [this, period, pace = Pace(Pace::Clock::now())]() mutable {
+                        return pace.NextBeat(period, LatenessOfNext(period));
+                    },
             .render = [this, config](aov_event& record) { return RenderNext(config, record); },
             .claim = nullptr};
 }
