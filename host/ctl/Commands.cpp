@@ -27,9 +27,8 @@ constexpr Command kCommands[] = {
          "the sensor it waits, and goes on when the sensor is idle again.\n",
          kWatchOptions, 0, 0, RunWatch, true},
         {"record", "FILE", "keep events, with pictures, and sensor states in a file, until Ctrl-C",
-         "Is a client as `watch` is. FILE is new, or - for the standard output. What is in it "
-         "shows\n"
-         "`aonctl show`; the service plays it with --replay.\n",
+         "Is a client as `watch` is. FILE is a new one, or - for the standard output.\n"
+         "`aonctl show` lists what is in it, and the service plays it with --replay.\n",
          kRecordOptions, 1, 1, RunRecord, true},
         {"show", "FILE", "list what is in a recording, with the seconds since its beginning", "",
          kShowOptions, 1, 1, RunShow},
