@@ -39,6 +39,8 @@ struct Command {
 
 int RunSensors(Arguments& arguments);
 int RunWatch(Arguments& arguments);
+int RunRecord(Arguments& arguments);
+int RunShow(Arguments& arguments);
 int RunCamera(Arguments& arguments);
 int RunScene(Arguments& arguments);
 int RunFault(Arguments& arguments);

@@ -9,6 +9,12 @@ namespace {
 constexpr Option kWatchOptions[] = {
         {"--json", "", "one JSON object a line, image bytes left out"},
 };
+constexpr Option kRecordOptions[] = {
+        {"--force", "", "write over a file that is there"},
+};
+constexpr Option kShowOptions[] = {
+        {"--json", "", "one JSON object a line, image bytes left out"},
+};
 constexpr Option kFaultOptions[] = {
         {"--first", "NUMBER", "the first call that fails, counted from now on; 1 unless given"},
         {"--count", "NUMBER", "how many fail; all unless given"},
@@ -20,6 +26,12 @@ constexpr Command kCommands[] = {
          "Registers as the service's client, which puts an earlier client out. While a camera has\n"
          "the sensor it waits, and goes on when the sensor is idle again.\n",
          kWatchOptions, 0, 0, RunWatch, true},
+        {"record", "FILE", "keep events, with pictures, and sensor states in a file, until Ctrl-C",
+         "Is a client as `watch` is. FILE is a new one, or - for the standard output.\n"
+         "`aonctl show` lists what is in it, and the service plays it with --replay.\n",
+         kRecordOptions, 1, 1, RunRecord, true},
+        {"show", "FILE", "list what is in a recording, with the seconds since its beginning", "",
+         kShowOptions, 1, 1, RunShow},
         {"camera",
          "list | open ID | close ID | storm ID CYCLES",
          "list, open and close the simulated camera devices",

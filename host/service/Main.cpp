@@ -17,8 +17,9 @@ constexpr uint32_t kMoreThreads = 7;
 }  // namespace
 
 /** Publishes the one service and serves until the process is told to end. */
-int main() {
-    zarvo::host::BeginHostControls();
+int main(int argc, char** argv) {
+    const std::optional<int> exitStatus = zarvo::host::BeginHostControls(argc, argv);
+    if (exitStatus) return *exitStatus;
     ABinderProcess_setThreadPoolMaxThreadCount(kMoreThreads);
     const ndk::SpAIBinder service = ndk::SharedRefBase::make<zarvo::aon::AONService>()->asBinder();
     const std::string instance = std::string(zarvo::aon::AONService::descriptor) + "/default";

@@ -5,18 +5,12 @@
 
 namespace zarvo::host {
 
-using std::chrono::steady_clock;
-
-DeliveryRun::DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Source source)
-    : mPeriod(period), mSource(std::move(source)), mCallback(std::move(callback)) {}
-
 DeliveryRun::~DeliveryRun() {
     Stop();
     Join();
 }
 
 bool DeliveryRun::Launch() {
-    mDue = steady_clock::now();
     try {
         mThread = std::thread([this] { Run(); });
     } catch (const std::system_error&) {
@@ -34,7 +28,7 @@ void DeliveryRun::Stop(uint32_t lateEvents) {
 
 bool DeliveryRun::RequestFrame() {
     const std::lock_guard lock(mMutex);
-    if (OverLocked() || !ByRequest()) return false;
+    if (OverLocked() || mNoMoreFrames || !ByRequest()) return false;
     ++mRequested;
     mChanged.notify_all();
     return true;
@@ -56,32 +50,25 @@ void DeliveryRun::Join() {
 void DeliveryRun::Run() {
     const auto record = std::make_unique<aov_event>();
     while (AwaitTurn()) {
-        aov_event* const event = mSource.render(*record);
-        if (!MayBegin()) break;
-        mCallback->onCallback(event);
-        NoteDelivered();
+        const std::optional<aov_event*> event = mSource.render(*record);
+        if (!event || !MayBegin()) break;
+        Deliver(*event);
     }
     NoteEnd();
+    // Until then it is heard by who keeps no callback: the camera's notices.
+    AwaitStop();
     mCallback.reset();
     mEnded.store(true);
 }
 
-DeliveryRun::Time DeliveryRun::NextDue() {
-    mDue += mPeriod;
-    const Period late = mSource.lateness();
-    // A reader that takes long misses the frames that are due meanwhile; the pace stays.
-    const auto behind = steady_clock::now() - (mDue + late);
-    if (behind > Period::zero()) mDue += (behind / mPeriod + 1) * mPeriod;
-    return mDue + late;
-}
-
 bool DeliveryRun::AwaitTurn() {
-    const Time due = ByRequest() ? Time() : NextDue();
+    const std::optional<Time> due = ByRequest() ? Time() : mSource.nextDue();
+    if (!due) return false;
     std::unique_lock lock(mMutex);
     if (ByRequest()) {
         mChanged.wait(lock, [this] { return OverLocked() || mDelivered < mRequested; });
     } else {
-        mChanged.wait_until(lock, due, [this] { return OverLocked(); });
+        mChanged.wait_until(lock, *due, [this] { return OverLocked(); });
     }
     return !OverLocked();
 }
@@ -91,6 +78,12 @@ bool DeliveryRun::MayBegin() {
     if (OverLocked()) return false;
     if (mStopped) --mLateEvents;
     return true;
+}
+
+void DeliveryRun::Deliver(aov_event* event) {
+    if (mSource.claim != nullptr && !mSource.claim()) return;
+    mCallback->onCallback(event);
+    NoteDelivered();
 }
 
 void DeliveryRun::NoteDelivered() {
@@ -103,6 +96,11 @@ void DeliveryRun::NoteEnd() {
     const std::lock_guard lock(mMutex);
     mNoMoreFrames = true;
     mChanged.notify_all();
+}
+
+void DeliveryRun::AwaitStop() {
+    std::unique_lock lock(mMutex);
+    mChanged.wait(lock, [this] { return mStopped; });
 }
 
 }  // namespace zarvo::host

@@ -7,7 +7,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "platform/mtkcam/IAOVStream.h"
 
@@ -24,17 +26,21 @@ namespace zarvo::host {
  */
 class DeliveryRun {
   public:
-    /** Time between frames; zero lets frames be delivered by request. */
-    using Period = std::chrono::nanoseconds;
-    /** Where the frames come from; asked by the run's thread. */
+    using Time = std::chrono::steady_clock::time_point;
+    /** Where the frames come from; asked by the run's thread, which holds no lock then. */
     struct Source {
-        /** How late the next frame is; less than a period. */
-        std::function<Period()> lateness;
-        /** Renders that frame into the record and gives what is to be delivered. */
-        std::function<aov_event*(aov_event& record)> render;
+        /** When the next frame is due by the clock, or nothing when there is no more. Null for a
+         * run by request. */
+        std::function<std::optional<Time>()> nextDue;
+        /** Writes that frame into the record and gives what is to be delivered, which may be a
+         * null record; nothing when there is no more. */
+        std::function<std::optional<aov_event*>(aov_event& record)> render;
+        /** Whether the frame that was rendered last may still be delivered. Null for always. */
+        std::function<bool()> claim;
     };
 
-    DeliveryRun(Period period, std::shared_ptr<IAovStreamCallback> callback, Source source);
+    DeliveryRun(std::shared_ptr<IAovStreamCallback> callback, Source source)
+        : mSource(std::move(source)), mCallback(std::move(callback)) {}
     ~DeliveryRun();
     DeliveryRun(const DeliveryRun&) = delete;
     DeliveryRun& operator=(const DeliveryRun&) = delete;
@@ -46,7 +52,7 @@ class DeliveryRun {
     void Stop(uint32_t lateEvents = 0);
 
     /** Whether frames are delivered by request. */
-    bool ByRequest() const { return mPeriod == Period::zero(); }
+    bool ByRequest() const { return mSource.nextDue == nullptr; }
     /** Orders one more frame; false when no more will come or the run goes by the clock. */
     bool RequestFrame();
     /** The same, and waits until the callback returned; false when there was none. */
@@ -58,25 +64,20 @@ class DeliveryRun {
     void Join();
 
   private:
-    using Time = std::chrono::steady_clock::time_point;
-
     void Run();
-    /** When the next frame is due by the clock. */
-    Time NextDue();
     /** Waits until the next frame is due; false when there is none. */
     bool AwaitTurn();
     /** Whether the callback may be called once more. */
     bool MayBegin();
+    void Deliver(aov_event* event);
     void NoteDelivered();
     void NoteEnd();
+    void AwaitStop();
     bool OverLocked() const { return mStopped && mLateEvents == 0; }
 
-    const Period mPeriod;
     const Source mSource;
     /** Of the thread, once it runs. */
     std::shared_ptr<IAovStreamCallback> mCallback;
-    /** The same: when the latest frame was due, had it not been late. */
-    Time mDue;
 
     std::mutex mMutex;
     std::condition_variable mChanged;

@@ -7,7 +7,6 @@
 #include <thread>
 #include <utility>
 
-#include "host/stream/Lateness.h"
 #include "host/stream/SensorTable.h"
 
 namespace zarvo::host {
@@ -110,23 +109,14 @@ const char* SimulatedSensor::StartFaultLocked(const user_param* param) const {
     if (mRun != nullptr) return "a stream runs";
     if (FindSensorLocked(param->sensorId) == nullptr) return "unknown sensor";
     if (param->AovStreamCallback == nullptr) return "no callback";
+    if (mReplay != nullptr) return nullptr;
     if (!FitsRecord(param->frameWidth, param->frameHeight)) return "impossible size";
     if (param->frameRate < 1 || param->frameRate > kMaxFrameRate) return "impossible rate";
     return nullptr;
 }
 
 std::shared_ptr<DeliveryRun> SimulatedSensor::NewRunLocked(const user_param& param) {
-    const RenderConfig config{.width = param.frameWidth,
-                              .height = param.frameHeight,
-                              .frameRate = param.frameRate,
-                              .serviceTypes = param.serviceType};
-    const auto period = mManualDelivery
-                                ? DeliveryRun::Period::zero()
-                                : DeliveryRun::Period(std::chrono::seconds(1)) / param.frameRate;
-    DeliveryRun::Source source{
-            [this, period] { return LatenessOfNext(period); },
-            [this, config](aov_event& record) { return RenderNext(config, record); }};
-    auto run = std::make_shared<DeliveryRun>(period, param.AovStreamCallback, std::move(source));
+    auto run = std::make_shared<DeliveryRun>(param.AovStreamCallback, FramesLocked(param));
     if (!run->Launch()) return nullptr;
     for (const auto& stopped : mStoppedRuns)
         if (stopped->ByRequest()) stopped->Stop();
@@ -141,23 +131,6 @@ std::shared_ptr<DeliveryRun> SimulatedSensor::CommandedRun() const {
 
 void SimulatedSensor::ReapLocked() {
     mStoppedRuns.remove_if([](const auto& run) { return run->Ended(); });
-}
-
-DeliveryRun::Period SimulatedSensor::LatenessOfNext(DeliveryRun::Period period) const {
-    const std::lock_guard lock(mMutex);
-    return LatenessOf({mSeed, mJitter}, mNextFrame, period);
-}
-
-aov_event* SimulatedSensor::RenderNext(RenderConfig config, aov_event& record) {
-    std::unique_lock lock(mMutex);
-    config.seed = mSeed;
-    config.cast = mCast;
-    const uint32_t frame = mNextFrame++;
-    const RecordFaults faults = mRecordFaultPoint.ShouldFail() ? mRecordFaults : RecordFaults{};
-    lock.unlock();
-    RenderScene(config, frame, record);
-    ApplyFaults(faults, record);
-    return faults.nullEvent ? nullptr : &record;
 }
 
 }  // namespace zarvo::host

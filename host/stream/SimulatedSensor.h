@@ -9,6 +9,7 @@
 
 #include "host/stream/CameraNotices.h"
 #include "host/stream/DeliveryRun.h"
+#include "host/stream/Pace.h"
 #include "host/stream/RecordWriter.h"
 #include "host/stream/SimulatorControl.h"
 
@@ -31,8 +32,8 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     std::vector<aov_sensor_info> getSensorInfo(int sensorId) override;
     int getSensorMode(int sensorId, int* mode) override;
     /** False when a stream runs, when the sensor is not in the table, when there is no callback,
-     * or when size or rate are out of any sensor's reach; a size that the sensor does not list
-     * is accepted. The reason is logged. */
+     * or when size or rate are out of reach for a scene that is to be rendered; a size that the
+     * sensor does not list is accepted. The reason is logged. */
     bool start(user_param* param) override;
     bool notifyCameraStatus(const std::vector<int>& sensorIds, bool opened) override;
     /** False when no stream runs. */
@@ -44,6 +45,7 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     void SetSensors(std::vector<SensorDescription> sensors) override;
     void SetJitter(float fraction) override;
     void SetManualDelivery(bool manual) override;
+    void SetReplay(std::shared_ptr<RecordSource> records) override;
     bool RequestFrame() override;
     bool DeliverOne() override;
     void SetNoStream(bool none) override;
@@ -73,8 +75,15 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     std::shared_ptr<DeliveryRun> CommandedRun() const;
     /** Forgets the stopped runs whose threads have ended. */
     void ReapLocked();
-    DeliveryRun::Period LatenessOfNext(DeliveryRun::Period period) const;
+
+    // What runs deliver, in SimulatorFrames.cpp.
+    DeliveryRun::Source FramesLocked(const user_param& param);
+    DeliveryRun::Source SceneFrames(const user_param& param);
+    DeliveryRun::Source ReplayFrames(const std::shared_ptr<RecordSource>& replay);
+    Pace::Period LatenessOfNext(Pace::Period period) const;
     aov_event* RenderNext(RenderConfig config, aov_event& record);
+    /** What is to be delivered of a record, as the faults have it. */
+    aov_event* WithFaults(aov_event& record);
 
     /** Held for all of a Shutdown(), and taken before mMutex. */
     std::mutex mShutdownMutex;
@@ -86,6 +95,7 @@ class SimulatedSensor final : public IAOVStream, public SimulatorControl {
     uint32_t mNextFrame = 0;
     float mJitter = 0;
     bool mManualDelivery = false;
+    std::shared_ptr<RecordSource> mReplay;
     bool mNoStream = false;
     RecordFaults mRecordFaults;
     FaultPoint mRecordFaultPoint;

@@ -2,10 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "host/common/FaultPoint.h"
+#include "host/stream/RecordSource.h"
 #include "host/stream/scene/Cast.h"
 #include "platform/mtkcam/IAOVStream.h"
 
@@ -74,8 +76,12 @@ class SimulatorControl {
     virtual void SetJitter(float fraction) = 0;
     /** Lets streams that start from now on deliver frames by command, not by the clock. */
     virtual void SetManualDelivery(bool manual) = 0;
+    /** Lets streams that start from now on deliver these records, by the clock at their own
+     * intervals, whatever was started; null for the scene again. Jitter and rate do not matter to
+     * them, faults do; a stop pauses them. */
+    virtual void SetReplay(std::shared_ptr<RecordSource> records) = 0;
     /** Manual delivery: one more frame from the stream's thread, without waiting for it; false
-     * when no such stream runs. */
+     * when no such stream runs, or when it has no more. */
     virtual bool RequestFrame() = 0;
     /** The same, and waits until the callback returned; false also when the stream was stopped
      * before the callback began. */

@@ -32,6 +32,14 @@ void SimulatedSensor::SetManualDelivery(bool manual) {
     mManualDelivery = manual;
 }
 
+void SimulatedSensor::SetReplay(std::shared_ptr<RecordSource> records) {
+    {
+        const std::lock_guard lock(mMutex);
+        mReplay.swap(records);
+    }
+    // The one before ends here, without the lock, if no run has it.
+}
+
 bool SimulatedSensor::RequestFrame() {
     const std::shared_ptr<DeliveryRun> run = CommandedRun();
     return run != nullptr && run->RequestFrame();

@@ -1,0 +1,224 @@
+#include "host/replay/Replay.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+
+#include "host/replay/RecordedSensor.h"
+#include "host/stream/SimulatorControl.h"
+#include "service/AONService.h"
+#include "tests/clients/RemoteClient.h"
+#include "tests/recording/Recorded.h"
+
+namespace zarvo::test {
+namespace {
+
+using host::Replay;
+using host::SimulatorControl;
+
+constexpr char kOk[] = "No error";
+
+std::shared_ptr<Replay> Play(const std::string& bytes, bool again = false) {
+    std::string error;
+    auto replay = Replay::Make(std::make_unique<std::istringstream>(bytes), again, error);
+    EXPECT_EQ(error, "");
+    return replay;
+}
+
+/** An event without results but the frame's. */
+AONCallBackInfo Event(int32_t frame) {
+    AONCallBackInfo info;
+    info.results.resize(3);
+    for (int32_t key = 0; key < 3; ++key)
+        info.results[static_cast<size_t>(key)].key = key;
+    for (auto& result : info.results)
+        result.value = frame;
+    return info;
+}
+
+/** The whole service on the simulated sensor, with a client behind a loopback. */
+class ReplayJourney : public testing::Test {
+  protected:
+    ReplayJourney() { mSimulator.SetManualDelivery(true); }
+    ~ReplayJourney() override {
+        mService.reset();
+        mSimulator.Shutdown();
+    }
+
+    void Begin(RemoteClient& client, int types) {
+        ASSERT_EQ(client.Register(types), kOk);
+        ASSERT_EQ(client.Subscribe(RemoteClient::Config(0, types)), kOk);
+        ASSERT_EQ(client.Start(types), kOk);
+    }
+    /** A recording of so many events of the scene. */
+    void Record(size_t count, Recorded& recorded, std::vector<AONCallBackInfo>& events) {
+        RemoteClient client(mService);
+        Begin(client, 15);
+        for (size_t i = 0; i < count; ++i)
+            ASSERT_TRUE(mSimulator.DeliverOne());
+        events = client.callback->TakeEvents();
+        for (const AONCallBackInfo& event : events)
+            recorded.writer.Write(milliseconds(0), event);
+        client.Unsubscribe();
+        client.Unregister();
+    }
+
+    SimulatorControl& mSimulator = SimulatorControl::Instance();
+    std::shared_ptr<aon::AONService> mService = ndk::SharedRefBase::make<aon::AONService>();
+};
+
+TEST_F(ReplayJourney, BringsTheRecordedEventsToAClientOnceAndInOrderOverStops) {
+    Recorded recorded;
+    std::vector<AONCallBackInfo> events;
+    Record(4, recorded, events);
+    ASSERT_EQ(events.size(), 4U);
+    mSimulator.SetReplay(Play(recorded.bytes));
+    RemoteClient client(mService);
+    Begin(client, 1);
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_EQ(client.Stop(1), kOk);
+    EXPECT_EQ(client.Start(1), kOk);
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_FALSE(mSimulator.DeliverOne());
+    EXPECT_FALSE(mSimulator.RequestFrame());
+    EXPECT_TRUE(BytesOf(client.callback->TakeEvents()) == BytesOf(events));
+    EXPECT_EQ(client.Stop(1), kOk);
+}
+
+TEST_F(ReplayJourney, GoesByTheClockToItsEndAndSaysSo) {
+    Recorded recorded;
+    recorded.writer.Write(milliseconds(0), State(AONSensorStateInfo::SENSOR_STATE_STARTED));
+    // Long after the start: while it is under way, the service drops events.
+    for (int32_t frame = 0; frame < 20; ++frame)
+        recorded.writer.Write(milliseconds(300 + frame), Event(frame));
+    const LogRecorder log;
+    mSimulator.SetManualDelivery(false);
+    mSimulator.SetReplay(Play(recorded.bytes));
+    RemoteClient client(mService);
+    Begin(client, 1);
+    EXPECT_TRUE(log.WaitFor("the recording is over, no more frames: 20 events played"));
+    EXPECT_TRUE(client.callback->WaitForEvents(20));
+    EXPECT_TRUE(mSimulator.Running());
+    // Cameras are told as ever.
+    mSimulator.OpenCamera(0);
+    EXPECT_TRUE(client.callback->WaitForStates(2));
+    EXPECT_FALSE(mSimulator.Running());
+}
+
+TEST(Replay, WaitsAsLongAsWasRecordedSinceTheEventOrStartBefore) {
+    Recorded recorded;
+    recorded.writer.Write(milliseconds(3), State(AONSensorStateInfo::SENSOR_STATE_STARTED));
+    recorded.writer.Write(milliseconds(103), Event(0));
+    recorded.writer.Write(milliseconds(123), Event(1));
+    recorded.writer.Write(milliseconds(150), State(AONSensorStateInfo::SENSOR_STATE_BUSY));
+    recorded.writer.Write(milliseconds(900), State(AONSensorStateInfo::SENSOR_STATE_STARTED));
+    recorded.writer.Write(milliseconds(940), Event(2));
+    const auto replay = Play(recorded.bytes, true);
+    const auto record = std::make_unique<aov_event>();
+    constexpr int kDelays[] = {100, 20, 40, 100, 20};
+    for (uint64_t i = 0; i < std::size(kDelays); ++i) {
+        EXPECT_EQ(replay->NextDelay(), milliseconds(kDelays[i])) << i;
+        // What a stopped run did not deliver is still the next one.
+        EXPECT_EQ(replay->Write(*record), i);
+        EXPECT_EQ(replay->Write(*record), i);
+        EXPECT_EQ(record->frame_id, i % 3);
+        EXPECT_TRUE(replay->Claim(i));
+        EXPECT_FALSE(replay->Claim(i));
+    }
+}
+
+TEST(Replay, IsRefusedWhenDamagedAndPlayedAsFarAsItGoesWhenCutShort) {
+    Recorded recorded;
+    recorded.writer.Write(milliseconds(0), Event(0));
+    const size_t offset = recorded.bytes.size();
+    AONCallBackInfo impossible = Event(1);
+    impossible.results.pop_back();
+    recorded.writer.Write(milliseconds(1), impossible);
+    std::string error;
+    EXPECT_EQ(Replay::Make(std::make_unique<std::istringstream>(recorded.bytes), false, error),
+              nullptr);
+    EXPECT_EQ(error,
+              "event 2, at byte " + std::to_string(offset) + ": result 2 is missing in its place");
+    const auto record = std::make_unique<aov_event>();
+    const auto replay = Play(recorded.bytes.substr(0, offset + 30));
+    EXPECT_EQ(replay->Write(*record), 0U);
+    EXPECT_TRUE(replay->Claim(0));
+    EXPECT_EQ(replay->Write(*record), std::nullopt);
+    EXPECT_EQ(Play(Recorded().bytes, true)->NextDelay(), std::nullopt);
+    recorded.bytes[offset] ^= 1;
+    EXPECT_EQ(Replay::Make(std::make_unique<std::istringstream>(recorded.bytes), false, error),
+              nullptr);
+}
+
+SensorConfigInfo Config(int32_t sensorId, int32_t width, int32_t fps) {
+    SensorConfigInfo config;
+    config.sensorId = sensorId;
+    config.frameWidth = width;
+    config.fps = fps;
+    return config;
+}
+
+TEST(Replay, OffersWhatTheRecordedClientSubscribed) {
+    const struct {
+        int32_t sensorId, width, fps;
+        size_t sensors, sizes, rates;
+    } cases[] = {{1, 4, 5, 1, 1, 1}, {1, 4, 7, 1, 1, 2}, {1, 8, 5, 1, 2, 1}, {2, 4, 5, 2, 1, 1}};
+    for (const auto& one : cases) {
+        std::vector<host::SensorDescription> sensors;
+        host::OfferConfig(Config(1, 4, 5), sensors);
+        host::OfferConfig(Config(one.sensorId, one.width, one.fps), sensors);
+        ASSERT_EQ(sensors.size(), one.sensors);
+        EXPECT_EQ(sensors.back().id, one.sensorId);
+        ASSERT_EQ(sensors.back().sizes.size(), one.sizes);
+        EXPECT_EQ(sensors.back().sizes.back().width, one.width);
+        ASSERT_EQ(sensors.back().sizes.back().rates.size(), one.rates);
+        EXPECT_EQ(sensors.back().sizes.back().rates.back(), one.fps);
+    }
+}
+
+/** A disk that does not answer until it is told to. */
+class SlowSource : public host::RecordSource {
+  public:
+    std::optional<std::chrono::nanoseconds> NextDelay() override {
+        std::unique_lock lock(mMutex);
+        mAsked = true;
+        mChanged.notify_all();
+        mChanged.wait(lock, [this] { return mAnswers; });
+        return std::nullopt;
+    }
+    std::optional<uint64_t> Write(aov_event&) override { return std::nullopt; }
+    bool Claim(uint64_t) override { return false; }
+
+    bool WaitUntilAsked() {
+        std::unique_lock lock(mMutex);
+        return mChanged.wait_for(lock, kPatience, [this] { return mAsked; });
+    }
+    void Answer() {
+        const std::lock_guard lock(mMutex);
+        mAnswers = true;
+        mChanged.notify_all();
+    }
+
+  private:
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    bool mAsked = false, mAnswers = false;
+};
+
+TEST_F(ReplayJourney, StopsAndStartsWhileADiskIsSlow) {
+    const auto slow = std::make_shared<SlowSource>();
+    mSimulator.SetManualDelivery(false);
+    mSimulator.SetReplay(slow);
+    RemoteClient client(mService);
+    Begin(client, 1);
+    EXPECT_TRUE(slow->WaitUntilAsked());
+    EXPECT_EQ(client.Stop(1), kOk);
+    EXPECT_EQ(client.Start(1), kOk);
+    EXPECT_EQ(client.Stop(1), kOk);
+    slow->Answer();
+}
+
+}  // namespace
+}  // namespace zarvo::test
