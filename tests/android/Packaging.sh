@@ -17,20 +17,17 @@ same() {
 }
 
 # Build files: what lies in the folders, what CMake compiles and what Android.bp names are the same.
-rooms=(callbacks events manager service)
-find "${rooms[@]}" -name '*.cpp' | sort >"$work/there"
-grep -oE '"[a-z]+/[A-Za-z]+\.cpp"' Android.bp | tr -d '"' | sort >"$work/bp"
-sed "s,^$PWD/,," "$sources" | grep -E "^($(IFS="|"; echo "${rooms[*]}"))/" | sort >"$work/cmake"
-same 'Android.bp against the rooms' "$work/there" "$work/bp"
-same 'CMake against the rooms' "$work/there" "$work/cmake"
-grep -oE '"[a-z]+/[a-z/]+/[A-Za-z]+\.cpp"' Android.bp | tr -d '"' | while read -r file; do
-    [ -f "$file" ] || echo "$file"
-done >"$work/missing"
-same 'Android.bp names what is not there' /dev/null "$work/missing"
-grep -oE '"(android|service)/[^"*]+\.(rc|xml|map)"' Android.bp | tr -d '"' | while read -r file; do
-    [ -f "$file" ] || echo "$file"
-done >"$work/missing"
-same 'Android.bp names what is not there' /dev/null "$work/missing"
+rooms='callbacks|events|manager|service'
+find callbacks events manager service fuzz -name '*.cpp' | sort >"$work/there"
+sed "s,^$PWD/,," "$sources" | grep -E "^($rooms)/" | sort >"$work/cmake"
+grep -E "^($rooms)/" "$work/there" >"$work/rooms"
+same 'CMake against the rooms' "$work/rooms" "$work/cmake"
+grep -oE '"[^" ]+/[^" ]+\.[a-z]+"' Android.bp | tr -d '"' | sort >"$work/named"
+grep -E "^($rooms|fuzz)/.*\.cpp\$" "$work/named" >"$work/bp"
+same 'Android.bp against the folders' "$work/there" "$work/bp"
+while read -r file; do
+    compgen -G "$file" >/dev/null || fail "Android.bp names $file, which is not there"
+done <"$work/named"
 
 # The service under its name, everywhere.
 program=vendor.zarvo.hardware.camera.aon-service
