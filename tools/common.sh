@@ -7,7 +7,7 @@ readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 l
                             llvm-14)
 readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
                         libc++-14-dev libc++abi-14-dev "${FORMAT_PACKAGES[@]}" clang-tidy-14
-                        shellcheck checkpolicy m4 libxml2-utils)
+                        shellcheck checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user)
 
 say() { printf '\n== %s\n' "$*"; }
 

@@ -1,0 +1,67 @@
+#include <cutils/trace.h>
+
+#include <mutex>
+
+#include "tests/service/ServiceFixture.h"
+
+namespace {
+
+std::mutex gMutex;
+/** "name" for a begin, "" for an end. */
+std::vector<std::string> gSections;
+
+void Keep(const char* section) {
+    const std::lock_guard lock(gMutex);
+    gSections.emplace_back(section);
+}
+
+}  // namespace
+
+// In the place of libcutils's.
+void atrace_begin_body(const char* name) {
+    Keep(name);
+}
+void atrace_end_body() {
+    Keep("");
+}
+
+namespace zarvo::test {
+namespace {
+
+using Trace = ServiceFixture;
+
+TEST_F(Trace, HasEveryOperationAndEveryPartOfAnEvent) {
+    RemoteClient client(service);
+    atrace_enabled_tags = ATRACE_TAG_CAMERA;
+    Run(client, 1, 1);
+    aov_event event{};
+    stream.Callback()->onCallback(&event);
+    client.Stop(1);
+    atrace_enabled_tags = 0;
+    const std::lock_guard lock(gMutex);
+    EXPECT_EQ(gSections, (Lines{"registerClient",
+                                "",  //
+                                "subscribeSensor",
+                                "",
+                                "startService",
+                                "aon stream start",
+                                "",
+                                "aon client onSensorStateChanged",
+                                "",
+                                "",
+                                "aon event",
+                                "aon parse",
+                                "",
+                                "aon client onAONEvent",
+                                "",
+                                "",
+                                "stopService",
+                                "aon stream stop",
+                                "",
+                                "aon client onSensorStateChanged",
+                                "",
+                                ""}));
+}
+
+}  // namespace
+}  // namespace zarvo::test
