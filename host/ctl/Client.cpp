@@ -53,7 +53,7 @@ void WatchSignals() {
     std::thread([signals] {
         int signal = 0;
         sigwait(&signals, &signal);
-        Tell(Leave());
+        EndClient();
     }).detach();
 }
 
@@ -124,6 +124,10 @@ class Client {
 };
 
 }  // namespace
+
+void EndClient() {
+    Tell(Leave());
+}
 
 int RunClient(Arguments& arguments, ClientSink& sink) {
     WatchSignals();
