@@ -42,7 +42,7 @@ void Arguments::Take(std::string_view word, std::span<const Option> options,
     const auto option = std::find_if(options.begin(), options.end(),
                                      [&](const Option& known) { return known.name == name; });
     if (word == "--help" || word == "-h") {
-        mWantsHelp = true;
+        mValues["--help"] = {};
     } else if (option == options.end()) {
         SetError("unknown option " + std::string(name));
     } else if (option->value.empty() && hasValue) {

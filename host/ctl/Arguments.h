@@ -43,7 +43,7 @@ class Arguments {
     int64_t NumberAt(size_t index, std::string_view what, int64_t least, int64_t most);
     const std::vector<std::string_view>& Words() const { return mWords; }
     /** `--help` or `-h` is among the options; whatever else there is does not matter then. */
-    bool WantsHelp() const { return mWantsHelp; }
+    bool WantsHelp() const { return Has("--help"); }
     /** All of them are words. */
     static Arguments Unread(std::span<const std::string_view> words);
 
@@ -58,7 +58,6 @@ class Arguments {
     std::map<std::string_view, std::string_view> mValues;
     std::vector<std::string_view> mWords;
     std::string mError;
-    bool mWantsHelp = false;
 };
 
 }  // namespace zarvo::host::ctl

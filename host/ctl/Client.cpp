@@ -5,7 +5,6 @@
 
 #include <climits>
 #include <csignal>
-#include <cstdio>
 #include <thread>
 
 #include "host/ctl/Command.h"
@@ -80,7 +79,7 @@ class Client {
         while (count != 0) {
             const News news = Queue().Next(end);
             if (std::holds_alternative<Leave>(news.what)) break;
-            if (std::holds_alternative<Died>(news.what)) return Gone();
+            if (std::holds_alternative<Died>(news.what)) return ReportGone();
             if (const auto* const event = std::get_if<AONCallBackInfo>(&news.what)) {
                 if (!mSink.OnEvent(news.arrival, *event)) return kFailed;
                 --count;
@@ -108,10 +107,6 @@ class Client {
     void Follow(const AONSensorStateInfo& info) {
         if (info.state == AONSensorStateInfo::SENSOR_STATE_BUSY) mStarted = false;
         if (info.state == AONSensorStateInfo::SENSOR_STATE_IDLE && !mStarted) Start();
-    }
-    static int Gone() {
-        std::fputs("aonctl: the service went away\n", stderr);
-        return kNoService;
     }
 
     const std::shared_ptr<IAONService> mService;
