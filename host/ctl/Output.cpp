@@ -63,9 +63,15 @@ int FinishOutput(int status) {
 }
 
 void WhenReaderLeaves(void (*then)()) {
+    // No signal may end in this thread: others wait for them.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
     std::thread([then] {
         if (ReaderLeft(-1)) then();
     }).detach();
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 }  // namespace zarvo::host::ctl
