@@ -41,10 +41,10 @@ struct Command {
     int (*run)(Arguments& arguments);
     /** It runs a client, and has kClientOptions, too. */
     bool runsClient = false;
-    /** What the first word may be; it sets the words in the help, too. */
-    std::span<const Verb> verbs = {};
     /** Whatever stands behind it is for the service, options too. */
     bool passesAllOn = false;
+    /** What the first word may be; it sets the words in the help, too. */
+    std::span<const Verb> verbs = {};
 
     std::vector<Option> AllOptions() const;
     std::string WordsHelp() const;
