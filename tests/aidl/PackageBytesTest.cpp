@@ -120,6 +120,34 @@ TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_BAD_VALUE);
 }
 
+TEST(PackageBytes, OverlappingRecordsDoNotMultiplyTheirBytes) {
+    // Every result ends, by its size, before its own array, in which the next one begins. Its
+    // words: presence, which is the count of the array before it; size; key; presence; tag.
+    constexpr int32_t kResults = 5000;
+    constexpr int32_t kArrayBytes = kResults * 10;
+    std::vector<int32_t> words{1, 12 + kResults * 20, 1, kResults};
+    for (int32_t i = 0; i < kResults; ++i)
+        words.insert(words.end(), {kArrayBytes, 16, 2, 1, 1});
+    words.resize(words.size() + kArrayBytes / 4 + 1);
+    const ndk::ScopedAParcel parcel(AParcel_create());
+    for (const int32_t word : words)
+        AParcel_writeInt32(parcel.get(), word);
+    AParcel_setDataPosition(parcel.get(), 0);
+    AONCallBackInfo info;
+    EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_NO_MEMORY);
+    size_t held = 0;
+    for (const AONResult& result : info.results) {
+        if (result.value.getTag() == Tag::byteArray)
+            held += result.value.get<Tag::byteArray>().size();
+    }
+    EXPECT_GT(held, 0u);
+    EXPECT_LT(held, 5 * 4 * words.size());
+    // Reading again from the start is another reading.
+    AParcel_setDataPosition(parcel.get(), 0);
+    int32_t presence = 0;
+    EXPECT_EQ(AParcel_readInt32(parcel.get(), &presence), STATUS_OK);
+}
+
 TEST(PackageText, ShowsEveryFieldAndAlternative) {
     const AONCallBackInfo info{3,
                                {{1, AONResultValue::make<Tag::byteValue>(int8_t{7})},
