@@ -128,7 +128,9 @@ binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t sta
 }
 
 binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start, size_t len) {
-    if (!parcel->Objects().empty()) return STATUS_INVALID_OPERATION;
+    if (!parcel->Objects().empty() || parcel->MayHideObject(0, parcel->Size())) {
+        return STATUS_INVALID_OPERATION;
+    }
     if (start > parcel->Size() || len > parcel->Size() - start) return STATUS_BAD_VALUE;
     if (len > 0) std::memcpy(buffer, parcel->Data() + start, len);
     return STATUS_OK;

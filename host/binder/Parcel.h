@@ -108,6 +108,8 @@ struct AParcel {
     binder_status_t WriteObject(AIBinder* binder);
     /** The next object, a reference for the caller, or null. */
     binder_status_t ReadObject(AIBinder** binder) const;
+    /** Whether bytes may be an object that arrived and was not read, which is not in Objects(). */
+    bool MayHideObject(size_t start, size_t size) const;
     /** Appends a stretch of another parcel, its objects under new addresses. */
     binder_status_t AppendFrom(const AParcel& from, size_t start, size_t size);
     /** Puts down that the object at `position`, written with `address`, is `binder`. */

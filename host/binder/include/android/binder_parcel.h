@@ -49,14 +49,16 @@ ABINDER_API binder_status_t AParcel_reset(AParcel* parcel);
 /**
  * Writes `size` bytes of `from`, from `start` on, at the position of `to`, and gives `to` the
  * binder objects among them. STATUS_BAD_VALUE if `from` has not that many bytes or a bound is not
- * a multiple of 4, STATUS_INVALID_OPERATION if the objects are of another connection.
+ * a multiple of 4. STATUS_INVALID_OPERATION if the objects are of another connection, and for what
+ * arrived and may be an object that was not read yet: read it first.
  */
 ABINDER_API binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t start,
                                                int32_t size);
 
 /**
  * Copies `len` bytes from `start` on into `buffer`. STATUS_INVALID_OPERATION if the parcel holds
- * binder objects, which bytes alone do not carry; STATUS_BAD_VALUE if it has not that many bytes.
+ * binder objects, which bytes alone do not carry, or what arrived and may be one that was not read
+ * yet; STATUS_BAD_VALUE if it has not that many bytes.
  */
 ABINDER_API binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start,
                                             size_t len);
