@@ -26,14 +26,23 @@ AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
 }
 
+/** What a value writes of itself, and reads again. */
+template <typename T>
+void ExpectOwnBytes(const T& value, const char* hex) {
+    const ndk::ScopedAParcel parcel(AParcel_create());
+    EXPECT_EQ(value.writeToParcel(parcel.get()), STATUS_OK);
+    EXPECT_EQ(Hex(parcel.get()), hex);
+    const ndk::ScopedAParcel bytes = ParcelOf(hex);
+    T read{};
+    EXPECT_EQ(read.readFromParcel(bytes.get()), STATUS_OK);
+    EXPECT_EQ(read, value);
+    EXPECT_EQ(AParcel_getDataPosition(bytes.get()), AParcel_getDataSize(bytes.get()));
+}
+
 TEST(PackageBytes, UnionsHaveNoSizeAndStartWithTheFirstAlternative) {
     ExpectBytes(AONResultValue(), "010000000000000000000000");
-    const ndk::ScopedAParcel value(AParcel_create());
-    EXPECT_EQ(AONResultValue().writeToParcel(value.get()), STATUS_OK);
-    EXPECT_EQ(Hex(value.get()), "0000000000000000");
-    const ndk::ScopedAParcel result(AParcel_create());
-    EXPECT_EQ(AONResult().writeToParcel(result.get()), STATUS_OK);
-    EXPECT_EQ(Hex(result.get()), "1400000000000000010000000000000000000000");
+    ExpectOwnBytes(AONResultValue(), "0000000000000000");
+    ExpectOwnBytes(AONResult(), "1400000000000000010000000000000000000000");
 }
 
 TEST(PackageBytes, ResultsOfEveryKind) {
@@ -76,6 +85,7 @@ TEST(PackageBytes, Records) {
                 "f000000002000000050000000a000000010000001400000080020000e0010000010000001e000000");
     ExpectBytes(AONSensorStateInfo{7, 2}, "010000000c0000000700000002000000");
     ExpectBytes(std::vector<AONSensorInfo>{}, "00000000");
+    ExpectBytes(std::vector<AONResult>{}, "00000000");
 }
 
 template <typename T>
@@ -92,6 +102,7 @@ TEST(PackageBytes, OddParcelablesAreReadUpToTheirSize) {
     ExpectRead("02000000080000000900000008000000", STATUS_OK, 12, State{9, 0});
     ExpectRead("070000000c0000000900000008000000", STATUS_OK, 16, State{9, 8});
     ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, State{});
+    ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, AONResult{});
     ExpectRead("0100000003000000", STATUS_BAD_VALUE, 8, State{});
     ExpectRead("0100000004000000", STATUS_OK, 8, State{});
     ExpectRead("010000000800000009000000", STATUS_OK, 12, State{9, 0});
@@ -112,6 +123,7 @@ TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     const std::vector<AONResult> empty;
     ExpectRead("ffffffff", STATUS_NO_MEMORY, 4, empty);
     ExpectRead("40420f00", STATUS_NO_MEMORY, 4, empty);
+    ExpectRead("0100000000000000", STATUS_UNEXPECTED_NULL, 8, std::vector<AONResult>(1));
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
     const ndk::ScopedAParcel parcel = ParcelOf(
