@@ -1,0 +1,58 @@
+#include <poll.h>
+
+#include "tests/conformance/Fixture.h"
+#include "tests/conformance/OtherProcess.h"
+
+namespace conformance {
+namespace {
+
+/** A client in another process, killed in a role. */
+class DeadClients : public Sensor, public testing::WithParamInterface<const char*> {
+  protected:
+    /** Whether the service lets go of the only client by itself, soon. Asks in a way that changes
+     * nothing: nobody can start these types. */
+    bool IsForgotten() const {
+        const Client nobody(service);
+        const auto end = std::chrono::steady_clock::now() + kPatience;
+        while (Answer(service->startService(1, -1)) != kUnknown) {
+            if (std::chrono::steady_clock::now() > end) return false;
+            poll(nullptr, 0, 10);
+        }
+        return true;
+    }
+};
+
+TEST_P(DeadClients, GiveBackWhatTheyHad) {
+    OtherProcess other(GetParam());
+    ASSERT_TRUE(other.Arrives()) << "the client in another process did not get there";
+    other.Kill();
+    EXPECT_TRUE(IsForgotten());
+    Client next(service);
+    ASSERT_NO_FATAL_FAILURE(Run(next, kAllTypes, kAllTypes));
+    EXPECT_EQ(next.handle, 1);
+    EXPECT_FALSE(next.receiver->AwaitEvent().empty());
+}
+
+TEST_P(DeadClients, AreReplacedAtOnce) {
+    OtherProcess other(GetParam());
+    ASSERT_TRUE(other.Arrives()) << "the client in another process did not get there";
+    other.Kill();
+    // The news of the death may come before, meanwhile or later. Meanwhile, the next one may be
+    // told that the dead one's stream runs and is stopped.
+    Client next(service);
+    ASSERT_EQ(next.Register(kAllTypes), kOk);
+    EXPECT_EQ(next.handle, 1);
+    const States told = next.receiver->TakeStates();
+    EXPECT_TRUE(told == States() || told == (States{Told(kStarted), Told(kIdle)}));
+    ASSERT_EQ(next.Subscribe(config), kOk);
+    ASSERT_EQ(next.Start(kAllTypes), kOk);
+    EXPECT_FALSE(next.receiver->AwaitEvent().empty());
+    EXPECT_EQ(next.receiver->TakeStates(), States{Told(kStarted)});
+}
+
+INSTANTIATE_TEST_SUITE_P(KilledWhile, DeadClients,
+                         testing::Values(kRegistered, kReceiving, kInsideACallback),
+                         [](const auto& role) { return std::string(role.param); });
+
+}  // namespace
+}  // namespace conformance
