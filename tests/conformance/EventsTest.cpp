@@ -128,11 +128,13 @@ class EventsOf : public Sensor, public testing::WithParamInterface<int32_t> {};
 TEST_P(EventsOf, TheStartedTypesAreAsTheInterfaceSays) {
     Client client(service);
     ASSERT_NO_FATAL_FAILURE(Run(client, kAllTypes, GetParam()));
+    // One that was on its way to the client before may still come first.
+    int32_t running = kAllTypes;
     for (int round = 0; round < 3; ++round) {
         const auto events = client.receiver->AwaitEvent();
         ASSERT_FALSE(events.empty()) << "no event came";
         for (const Event& event : events)
-            Check(event, GetParam());
+            Check(event, std::exchange(running, GetParam()));
     }
     EXPECT_EQ(client.receiver->Handles(), std::vector<int64_t>{client.handle});
     EXPECT_EQ(client.Stop(GetParam()), kOk);
