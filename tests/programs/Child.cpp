@@ -45,6 +45,12 @@ void Child::Signal(int number) const {
     if (mPid != 0) kill(mPid, number);
 }
 
+void Child::Stop() const {
+    siginfo_t news{};
+    Signal(SIGSTOP);
+    if (mPid != 0) waitid(P_PID, static_cast<id_t>(mPid), &news, WSTOPPED | WEXITED | WNOWAIT);
+}
+
 std::string Child::Line() const {
     std::string line;
     pollfd output{.fd = mOutput, .events = POLLIN, .revents = 0};

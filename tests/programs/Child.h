@@ -24,6 +24,8 @@ class Child {
 
     pid_t Pid() const { return mPid; }
     void Signal(int number) const;
+    /** Stops it; none of its threads runs when this returns. */
+    void Stop() const;
     /** The next line it prints; empty if it ends, or prints none in time. */
     std::string Line() const;
     /** Waits for its end: its exit status, or kBySignal and the signal's number; -1 if it was not

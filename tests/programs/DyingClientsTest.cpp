@@ -49,7 +49,7 @@ TEST_F(DyingClients, ThatAreStoppedHoldTheNextUntilTheyAreKilled) {
     const auto stopped = StartClient("receive");
     ASSERT_EQ(stopped->Line(), "1");
     ASSERT_EQ(stopped->Line(), "event");
-    stopped->Signal(SIGSTOP);
+    stopped->Stop();
     const Holdings before = Holdings::Of(service->Pid());
     const auto next = StartClient("live");
     ASSERT_FALSE(AwaitMore(*service, before).IsWithin(before)) << "the next does not come in";

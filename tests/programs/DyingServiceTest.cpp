@@ -79,7 +79,7 @@ TEST_F(DyingService, AnswersCallsThatWaitWithDeadObject) {
     const auto process = Start();
     const auto service = Await();
     ASSERT_NO_FATAL_FAILURE(Prepare(*service));
-    process->Signal(SIGSTOP);
+    process->Stop();
     std::vector<std::future<binder_status_t>> calls;
     for (int i = 0; i < 3; ++i) {
         calls.push_back(std::async(std::launch::async, [&] {
@@ -108,7 +108,7 @@ TEST_F(DyingService, EndsTheCallWhoseCallbackItIsKilledIn) {
 TEST_F(DyingService, IsWaitedForThroughTheDeathOfOneThatDidNotAnswer) {
     auto process = Start();
     Await();
-    process->Signal(SIGSTOP);
+    process->Stop();
     auto found = std::async(std::launch::async, Await);
     EXPECT_EQ(found.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     process->Signal(SIGKILL);
