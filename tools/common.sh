@@ -1,13 +1,14 @@
 # shellcheck shell=bash
 # What the commands share: messages, packages, building.
 
-readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev)
+readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev libpng-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
-readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
-                            llvm-14)
-readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
-                        libc++-14-dev libc++abi-14-dev "${FORMAT_PACKAGES[@]}" clang-tidy-14
-                        shellcheck checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user)
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
+                            libclang-rt-14-dev llvm-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
+                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+                        "${FORMAT_PACKAGES[@]}" clang-tidy-14 shellcheck checkpolicy m4
+                        libxml2-utils g++-aarch64-linux-gnu qemu-user)
 
 say() { printf '\n== %s\n' "$*"; }
 

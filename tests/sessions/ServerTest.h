@@ -43,6 +43,16 @@ inline std::string Call(const std::string& address, uint32_t code, const std::st
            U32(bytes) + kZeros.substr(0, 24) + parcel;
 }
 
+inline void Send(const Socket& socket, const std::string& hex) {
+    std::vector<uint8_t> bytes = BytesOf(hex);
+    std::array part{iovec{bytes.data(), bytes.size()}};
+    socket.Send(part);
+}
+inline std::string Receive(const Socket& socket, size_t length) {
+    std::vector<uint8_t> bytes(length);
+    return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
+}
+
 /** A server with a peer as root, and sockets to it. */
 class ServerTest : public testing::Test {
   protected:
@@ -55,15 +65,6 @@ class ServerTest : public testing::Test {
         auto [near, far] = Socket::Pair();
         mServer->Accept(std::move(far));
         return std::move(near);
-    }
-    static void Send(const Socket& socket, const std::string& hex) {
-        std::vector<uint8_t> bytes = BytesOf(hex);
-        std::array part{iovec{bytes.data(), bytes.size()}};
-        socket.Send(part);
-    }
-    static std::string Receive(const Socket& socket, size_t length) {
-        std::vector<uint8_t> bytes(length);
-        return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
     }
     /** A session that has the root. */
     Socket Greeted() {

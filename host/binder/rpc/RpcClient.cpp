@@ -53,8 +53,8 @@ std::shared_ptr<Connection> Greet(Socket socket, uint32_t newestVersion, uint32_
 bool ReadId(const AParcel& reply, wire::SessionId* id) {
     uint32_t length = 0;
     if (reply.Read(&length) != STATUS_OK || length != id->size()) return false;
-    const uint8_t* const bytes = reply.Take(id->size());
-    if (bytes == nullptr) return false;
+    const uint8_t* bytes = nullptr;
+    if (reply.Take(id->size(), &bytes) != STATUS_OK) return false;
     std::copy_n(bytes, id->size(), id->begin());
     return true;
 }
