@@ -78,6 +78,9 @@ expect 0 '--count NUMBER' watch --help
 begin_service
 expect 0 'sensor 0 +640x480 +rates 1 3 5 10 15 30' sensors
 expect 0 'faces 1 ' watch --count 2 --rate 30
+expect 0 'delivered: [0-9]+$' dump
+expect 0 '^\{"service":\{"version".*\}$' dump --json
+expect 1 'usage: dump' dump --bla
 expect 0 '^\{"serviceType":8,.*"faceFeature":\[[0-9]+,' watch --count 1 --types feature --json
 expect 1 'config not support \(no sensor offers' watch --size 1x1
 expect 2 'wants a number of at least 1' watch --count x

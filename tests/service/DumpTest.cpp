@@ -48,8 +48,7 @@ TEST_F(Dump, TellsWhoIsThereWhatRunsAndWhatHappened) {
              "on sensor: 2\n", "running types: 3 (fusion, face angle)\n",
              "-  sensor 2  state started\n", "from the stream: 1\n", "delivered: 1\n",
              "last delivered ago: 0.", "inside clients: none\n",
-             "change startService  client 1  types 8 (face feature)  "
-             "reason start service type is subset of subscribe service type\n"});
+             "change startService  client 1  types 8 (face feature)  reason start service type"});
     const auto manager = aon::AONManager::GetSingleton();
     manager->NotifyOpen(5);
     client.callback->WaitForStates(1);
