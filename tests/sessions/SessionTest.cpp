@@ -83,6 +83,30 @@ TEST_F(SessionTest, CallsBeyondTheServersThreadsWaitForOne) {
     EXPECT_EQ(most, 2);
 }
 
+TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
+    std::atomic<int> dialled{0};
+    const auto session = ConnectRpc({.dial = [&] {
+        if (dialled++ == 0) return Dial();
+        return Socket::Pair().first;
+    }});
+    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
+        // The other caller wants a socket of his own.
+        while (dialled < 2)
+            std::this_thread::yield();
+        return ScopedAStatus::ok();
+    };
+    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    const auto visit = [&] {
+        std::string text;
+        EXPECT_TRUE(root->visit(nullptr, 5, &text).isOk());
+    };
+    std::thread other(visit);
+    visit();
+    other.join();
+    visit();
+    EXPECT_EQ(dialled, 2);
+}
+
 TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
     const auto root = Connect();
     const auto visit = [&](size_t requestBytes, size_t textLength) {

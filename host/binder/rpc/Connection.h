@@ -39,6 +39,8 @@ class Connection {
         static_assert(std::is_trivially_copyable_v<T>);
         return Receive(reinterpret_cast<uint8_t*>(value), sizeof(T));
     }
+    /** The next command, which stays to be received; false if the connection is gone. */
+    bool Peek(wire::CommandHeader* command);
     /** Receives that many bytes for nobody. */
     bool Skip(size_t length);
     /** From here on a Receive that gets nothing for that long fails; zero for no limit. */
@@ -46,8 +48,6 @@ class Connection {
     void Shutdown() { mSocket.Shutdown(); }
 
   private:
-    /** The next command, which stays to be received; false if the connection is gone. */
-    bool Peek(wire::CommandHeader* command);
     /** False if the next command is no acknowledgement. */
     bool ReceiveAcknowledgement(Acknowledgements* received);
     /** Hands out what was received ahead. */

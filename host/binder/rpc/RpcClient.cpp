@@ -82,8 +82,10 @@ std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings) {
         session->Terminate();
         return nullptr;
     }
-    session->Outgoing().SetGrowth([opener]() mutable { return opener.Outgoing(); },
-                                  std::min<size_t>(threads, settings.mostOutgoing));
+    session->Outgoing().SetGrowth(
+            [opener]() mutable { return opener.Outgoing(); },
+            [self = session.get()](Connection& opened) { return self->IsTaken(opened); },
+            std::min<size_t>(threads, settings.mostOutgoing));
     session->SetIncoming([opener]() mutable { return opener.Incoming(); });
     return session;
 }

@@ -47,6 +47,20 @@ binder_status_t RpcSession::Ask(wire::SpecialCall call, AParcel* reply) {
     return Transact(0, call, nothing, reply, 0);
 }
 
+bool RpcSession::IsTaken(Connection& connection) {
+    wire::TransactBody body{};
+    body.code = wire::kGetMaxThreads;
+    wire::CommandHeader command{};
+    command.command = wire::kTransact;
+    command.bodyBytes = sizeof(body);
+    std::array parts{iovec{&command, sizeof(command)}, iovec{&body, sizeof(body)}};
+    AParcel reply;
+    const CallContext context(this, &connection, CallContext::Role::kCalls);
+    // Takes nothing along that would be lost with the connection. Who has begun to answer took it.
+    return connection.Send(parts) && connection.Peek(&command) &&
+           AwaitReply(connection, &reply) == STATUS_OK;
+}
+
 binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBody& body,
                                  const AParcel& in, AParcel* reply) {
     wire::TransactBody sent = body;

@@ -68,6 +68,9 @@ class ABINDER_API RpcSession final : public Session,
     std::unique_ptr<AParcel> NewReply() { return std::make_unique<AParcel>(Self()); }
     /** Asks the other end something of the session itself. */
     binder_status_t Ask(wire::SpecialCall call, AParcel* reply);
+    /** Whether the other end answers on this connection, just opened; it may have too many, and the
+     * session lives on without it. */
+    bool IsTaken(Connection& connection);
     /** How this end lets the other end call it; before OpenIncoming. */
     void SetIncoming(Channels::Open open) { mOpenIncoming = std::move(open); }
     /** Opens connections on which the other end may call at any time, each with a thread, until
