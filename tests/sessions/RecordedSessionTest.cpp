@@ -156,7 +156,7 @@ TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
     dialled["C1"], dialled["C2"];
     RpcClientSettings settings;
     settings.acknowledgeWithReply = false;
-    settings.dial = [&, name = '1']() mutable {
+    settings.dial = [&, name = '1'](auto) mutable {
         auto [near, far] = Socket::Pair();
         dialled[std::string("C") + name++].set_value(std::move(far));
         return std::move(near);

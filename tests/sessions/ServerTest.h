@@ -75,7 +75,7 @@ class ServerTest : public testing::Test {
     }
     /** Whether another client is served as if nothing were. */
     bool ServesTheNext() {
-        const auto session = ConnectRpc({.dial = [this] { return Dial(); }});
+        const auto session = ConnectRpc({.dial = [this](auto) { return Dial(); }});
         const ndk::SpAIBinder root(session == nullptr ? nullptr : AskRoot(*session).Release());
         return AIBinder_ping(root.get()) == STATUS_OK;
     }

@@ -8,17 +8,22 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <thread>
 
+#include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 #include "tests/sessions/ServerTest.h"
 
 namespace tests {
 namespace {
+
+using ::zarvo::host::FoundServices;
+using namespace std::chrono_literals;
 
 constexpr char kName[] = "tests.IPeer/default";
 
@@ -133,6 +138,28 @@ TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
     EXPECT_EQ(PeerProcess().result, EX_NONE);
 }
 
+TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAreGivenUpInTime) {
+    const auto soon = [] { return std::chrono::steady_clock::now() + 50ms; };
+    const PeerProcess process;
+    kill(process.Pid(), SIGSTOP);
+    const auto find = [&] {
+        errno = 0;
+        return SpAIBinder(FoundServices::Instance().Find(kName, SocketFile(), soon()).Release());
+    };
+    EXPECT_EQ(find().get(), nullptr);
+    EXPECT_EQ(errno, ETIMEDOUT);
+    // Nor when so many wait that no more can.
+    std::vector<Socket> waiting;
+    do {
+        waiting.push_back(Socket::Connect(SocketFile(), soon()));
+    } while (waiting.back().IsOpen());
+    EXPECT_EQ(find().get(), nullptr);
+    EXPECT_EQ(errno, ETIMEDOUT);
+    waiting.clear();
+    kill(process.Pid(), SIGCONT);
+    EXPECT_NE(Find(), nullptr);
+}
+
 TEST_F(ServiceNames, AreWaitedForUntilSomebodyServesThem) {
     std::promise<void> waits;
     auto found = std::async(std::launch::async, [&] {
@@ -209,7 +236,8 @@ TEST_F(ServiceNames, AreTakenBackAlsoWhenNoDescriptorIsLeft) {
     for (const bool isFull : {false, true}) {
         ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
         // Once it has accepted, it is about to accept the next.
-        const auto accepted = ConnectRpc({.dial = [&] { return Socket::Connect(SocketFile()); }});
+        const auto accepted =
+                ConnectRpc({.dial = [&](auto) { return Socket::Connect(SocketFile()); }});
         ASSERT_NE(accepted, nullptr);
         if (isFull) setrlimit(RLIMIT_NOFILE, &low);
         std::vector<ndk::ScopedFileDescriptor> all;

@@ -13,7 +13,7 @@ using ::zarvo::host::RpcClientSettings;
 class SessionTest : public ServerTest {
   protected:
     std::shared_ptr<IPeer> Connect(RpcClientSettings settings = {}) {
-        settings.dial = [this] { return Dial(); };
+        settings.dial = [this](auto) { return Dial(); };
         mSession = ConnectRpc(settings);
         return mSession == nullptr ? nullptr
                                    : IPeer::fromBinder(SpAIBinder(AskRoot(*mSession).Release()));
@@ -29,7 +29,7 @@ TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
         SCOPED_TRACE(isOldServer);
         RpcClientSettings settings;
         settings.newestVersion = isOldServer ? 1 : 0;
-        settings.dial = [&] {
+        settings.dial = [&](auto) {
             auto [near, far] = Socket::Pair();
             (isOldServer ? old : mServer)->Accept(std::move(far));
             return std::move(near);
@@ -85,7 +85,7 @@ TEST_F(SessionTest, CallsBeyondTheServersThreadsWaitForOne) {
 
 TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
     std::atomic<int> dialled{0};
-    const auto session = ConnectRpc({.dial = [&] {
+    const auto session = ConnectRpc({.dial = [&](auto) {
         if (dialled++ == 0) return Dial();
         return Socket::Pair().first;
     }});

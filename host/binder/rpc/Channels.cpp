@@ -26,6 +26,12 @@ bool Channels::IsEmpty() const {
     return mChannels.empty();
 }
 
+void Channels::LimitReceiveTime(Deadline deadline) const {
+    const std::lock_guard lock(mMutex);
+    for (const Channel& channel : mChannels)
+        channel.connection->LimitReceiveTime(deadline);
+}
+
 binder_status_t Channels::Acquire(bool rotate, const Connection* nested, Shared* connection) {
     std::unique_lock lock(mMutex);
     while (!mClosed) {

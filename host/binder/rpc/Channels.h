@@ -32,6 +32,8 @@ class Channels {
      * here, and uses it after that; false, and it is not added, if that fails. */
     bool Add(Shared connection, const std::function<bool()>& announce);
     bool IsEmpty() const;
+    /** Of those there are; see Socket::LimitReceiveTime. */
+    void LimitReceiveTime(Deadline deadline) const;
 
     /**
      * Waits for a connection and keeps it for this thread: `nested` if that is one it has. `rotate`

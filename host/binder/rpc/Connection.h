@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -43,8 +42,8 @@ class Connection {
     bool Peek(wire::CommandHeader* command);
     /** Receives that many bytes for nobody. */
     bool Skip(size_t length);
-    /** From here on a Receive that gets nothing for that long fails; zero for no limit. */
-    void LimitReceiveTime(std::chrono::seconds limit) { mSocket.LimitReceiveTime(limit); }
+    /** See Socket::LimitReceiveTime. */
+    void LimitReceiveTime(Deadline deadline) const { mSocket.LimitReceiveTime(deadline); }
     void Shutdown() { mSocket.Shutdown(); }
 
   private:

@@ -14,10 +14,10 @@ void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
     ServeListed(*connection);
 }
 
-bool RpcSession::OpenIncoming(size_t count) {
+bool RpcSession::OpenIncoming(size_t count, Deadline deadline) {
     const std::lock_guard lock(mOpeningMutex);
     for (; mIncomingOpened < count; ++mIncomingOpened) {
-        const Channels::Shared connection = mOpenIncoming();
+        const Channels::Shared connection = mOpenIncoming(deadline);
         if (connection == nullptr || !SpawnServing(connection)) return false;
     }
     return true;

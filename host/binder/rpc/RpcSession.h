@@ -49,6 +49,8 @@ class ABINDER_API RpcSession final : public Session,
         std::function<void()> onEnd;
     };
 
+    using OpenUntil = std::function<Channels::Shared(Deadline)>;
+
     explicit RpcSession(Settings settings);
     ~RpcSession() override;
 
@@ -72,10 +74,11 @@ class ABINDER_API RpcSession final : public Session,
      * session lives on without it. */
     bool IsTaken(Connection& connection);
     /** How this end lets the other end call it; before OpenIncoming. */
-    void SetIncoming(Channels::Open open) { mOpenIncoming = std::move(open); }
+    void SetIncoming(OpenUntil open) { mOpenIncoming = std::move(open); }
     /** Opens connections on which the other end may call at any time, each with a thread, until
-     * there are that many; waits for another thread that does. False if that failed. */
-    bool OpenIncoming(size_t count);
+     * there are that many; waits for another thread that does. False if that failed, or took
+     * longer than until `deadline`. */
+    bool OpenIncoming(size_t count, Deadline deadline = Deadline::max());
     /** Serves what arrives on a connection, on this thread, until that or the session ends. */
     void Serve(const std::shared_ptr<Connection>& connection);
 
@@ -137,7 +140,7 @@ class ABINDER_API RpcSession final : public Session,
     std::atomic<bool> mAlive{true};
     AddressTable mTable;
     Channels mOutgoing;
-    Channels::Open mOpenIncoming;  // const after SetIncoming
+    OpenUntil mOpenIncoming;  // const after SetIncoming
     std::mutex mOpeningMutex;
     size_t mIncomingOpened = 0;  // mOpeningMutex
     ThreadSet mServing;
