@@ -111,8 +111,10 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
     EXPECT_EQ(AServiceManager_addService(peer, std::string(120, 'a').c_str()), EX_ILLEGAL_STATE);
     EXPECT_EQ(AServiceManager_waitForService(nullptr), nullptr);
     EXPECT_TRUE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService/default"));
-    EXPECT_FALSE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService"));
-    EXPECT_FALSE(AServiceManager_isDeclared(kName));
+    for (const char* name : {"vendor.zarvo.hardware.camera.aon.IAONService", kName,
+                             "camera.aon.IAONService/default", "default"}) {
+        EXPECT_FALSE(AServiceManager_isDeclared(name)) << name;
+    }
 
     const AIBinder_Class* const stableClass = AIBinder_Class_define(
             "tests.IStable", [](void* args) { return args; }, [](void*) {},

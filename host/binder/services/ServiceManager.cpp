@@ -24,8 +24,8 @@ constexpr std::chrono::seconds kGetServiceTime{5};
 constexpr std::chrono::seconds kAnswerTime{5};
 /** A service whose file is there may still refuse, for want of a connection or a descriptor. */
 constexpr std::chrono::seconds kLookAgainTime{1};
-/** One after the other, each with a space behind it. */
-constexpr std::string_view kDeclared = AON_DECLARED_SERVICES " ";
+/** One after the other, each between two spaces. */
+constexpr std::string_view kDeclared = " " AON_DECLARED_SERVICES " ";
 
 bool IsName(const char* instance) {
     constexpr size_t kLongest = 127;
@@ -38,7 +38,7 @@ bool IsName(const char* instance) {
 }
 
 bool IsDeclared(const std::string& instance) {
-    return kDeclared.find(instance + ' ') != std::string_view::npos;
+    return kDeclared.find(' ' + instance + ' ') != std::string_view::npos;
 }
 
 binder_exception_t Add(AIBinder* binder, const std::string& instance) {
