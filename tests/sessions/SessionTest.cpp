@@ -107,6 +107,27 @@ TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
     EXPECT_EQ(dialled, 2);
 }
 
+TEST_F(SessionTest, TellsWhoAsksHowItIsCalledAndHowManyThreadsItHas) {
+    std::vector<Socket> called;
+    const auto session = ConnectRpc({.dial = [&, isFirst = true](auto) mutable {
+        if (std::exchange(isFirst, false)) return Dial();
+        auto [near, far] = Socket::Pair();
+        Send(far, kInit);
+        called.push_back(std::move(far));
+        return std::move(near);
+    }});
+    ASSERT_TRUE(session->OpenIncoming(2));
+    const Socket& server = called.front();
+    const std::string id = Receive(server, 16 + 32).substr(32);
+    const std::string reply = U32(0) + U32(36) + kZeros.substr(0, 24);
+    Send(server, Call(kSpecial, wire::kGetSessionId));
+    EXPECT_EQ(Receive(server, 16 + 56), Command(1, 56) + reply + U32(32) + id);
+    Send(server, Call(kSpecial, wire::kGetMaxThreads));
+    EXPECT_EQ(Receive(server, 16 + 24).substr(72), U32(2));
+    session->Terminate();
+    session->JoinThreads();
+}
+
 TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
     const auto root = Connect();
     const auto visit = [&](size_t requestBytes, size_t textLength) {

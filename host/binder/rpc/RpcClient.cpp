@@ -106,7 +106,8 @@ std::shared_ptr<RpcSession> ConnectRpc(const RpcClientSettings& settings) {
             [opener]() mutable { return opener.Outgoing(); },
             [self = session.get()](Connection& opened) { return self->IsTaken(opened); },
             std::min<size_t>(threads, settings.mostOutgoing));
-    session->SetIncoming([opener](Deadline deadline) mutable { return opener.Incoming(deadline); });
+    session->SetIncoming(opener.id,
+                         [opener](Deadline deadline) mutable { return opener.Incoming(deadline); });
     return session;
 }
 

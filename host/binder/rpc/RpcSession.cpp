@@ -10,7 +10,10 @@
 namespace zarvo::host {
 
 RpcSession::RpcSession(Settings settings)
-    : mSettings(std::move(settings)), mTable(mSettings.side) {}
+    : mSettings(std::move(settings)),
+      mTable(mSettings.side),
+      mId(mSettings.id),
+      mThreads(mSettings.threads) {}
 
 RpcSession::~RpcSession() {
     Terminate();

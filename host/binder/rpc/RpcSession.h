@@ -37,8 +37,9 @@ class ABINDER_API RpcSession final : public Session,
     struct Settings {
         AddressTable::Side side = AddressTable::Side::kClient;
         uint32_t version = wire::kNewestVersion;
-        /** How many threads this end tells it has for calls of the other end. */
-        uint32_t threads = 1;
+        /** How many threads this end has for calls of the other end; those it opens connections
+         * for are told instead. */
+        uint32_t threads = 0;
         wire::SessionId id{};
         /** Whether what a call brought is acknowledged together with its reply, in one message,
          * also if it failed; or at once, on a free connection, but not until a call succeeds. */
@@ -73,8 +74,9 @@ class ABINDER_API RpcSession final : public Session,
     /** Whether the other end answers on this connection, just opened; it may have too many, and the
      * session lives on without it. */
     bool IsTaken(Connection& connection);
-    /** How this end lets the other end call it; before OpenIncoming. */
-    void SetIncoming(OpenUntil open) { mOpenIncoming = std::move(open); }
+    /** What the other end calls the session, and how this end lets itself be called; before
+     * OpenIncoming, by the thread that asked. */
+    void SetIncoming(const wire::SessionId& id, OpenUntil open);
     /** Opens connections on which the other end may call at any time, each with a thread, until
      * there are that many; waits for another thread that does. False if that failed, or took
      * longer than until `deadline`. */
@@ -140,7 +142,11 @@ class ABINDER_API RpcSession final : public Session,
     std::atomic<bool> mAlive{true};
     AddressTable mTable;
     Channels mOutgoing;
-    OpenUntil mOpenIncoming;  // const after SetIncoming
+    // Const after SetIncoming.
+    wire::SessionId mId;
+    OpenUntil mOpenIncoming;
+    /** How many threads this end says it has for calls of the other end. */
+    std::atomic<uint32_t> mThreads;
     std::mutex mOpeningMutex;
     size_t mIncomingOpened = 0;  // mOpeningMutex
     ThreadSet mServing;
