@@ -99,7 +99,8 @@ std::shared_ptr<RpcSession> RpcServer::NewSession(uint32_t version) {
     settings.onEnd = [self, id = settings.id] {
         if (const auto server = self.lock()) server->Forget(id);
     };
-    auto session = std::make_shared<RpcSession>(settings);
+    // Not in one piece with its count: this list knows it longer than it lives.
+    std::shared_ptr<RpcSession> session(new RpcSession(settings));
     const std::lock_guard lock(mMutex);
     if (mClosed) return nullptr;
     mSessions.emplace(settings.id, Entry{session, 1});
