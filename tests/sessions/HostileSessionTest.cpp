@@ -5,6 +5,14 @@ namespace {
 
 class HostileSession : public ServerTest {
   protected:
+    static std::string IdOf(const Socket& session) {
+        Send(session, Call(kSpecial, wire::kGetSessionId));
+        return Receive(session, 16 + 20 + 4 + 32).substr(80);
+    }
+    static std::string Tell(uint32_t number) {
+        const std::string token = "0b000000 740065007300740073002e0049005000650065007200 0000";
+        return Call(kRoot, 3, token + U32(number), 1, number);
+    }
     /** Opens more connections than there may be and says `hello` on each; how many were taken. */
     int Crowd(const std::string& hello, std::vector<Socket>* crowd) {
         for (int i = 0; i < 300; ++i) {
@@ -95,18 +103,30 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
 }
 
 TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
-    constexpr uint32_t kTell = 3;
     std::vector<int32_t> told;
     mPeer->onTell = [&](int32_t number) { told.push_back(number); };
-    const auto tell = [](uint32_t number) {
-        const std::string token = "0b000000 740065007300740073002e0049005000650065007200 0000";
-        return Call(kRoot, kTell, token + U32(number), 1, number);
-    };
     const Socket socket = Greeted();
     // Number 1 is late, 0 comes again.
-    Send(socket, tell(0) + tell(2) + tell(3) + tell(1) + tell(0) + Call(kRoot, 0x5F504E47));
+    Send(socket, Tell(0) + Tell(2) + Tell(3) + Tell(1) + Tell(0) + Call(kRoot, 0x5F504E47));
     EXPECT_NE(Receive(socket, 3 * 32), "closed");
     EXPECT_EQ(told, (std::vector<int32_t>{0, 1, 2, 3}));
+}
+
+TEST_F(HostileSession, MayRepeatTheNumberOfAOnewayCallThatRuns) {
+    const Socket socket = Greeted();
+    const Socket second = Dial();
+    Send(second, "01000000 00 00 0000000000000000 2000" + IdOf(socket) + kInit);
+    std::vector<int32_t> told;
+    mPeer->onTell = [&](int32_t number) {
+        told.push_back(number);
+        if (number != 0) return;
+        Send(second, Tell(0) + Call(kSpecial, 7));
+        EXPECT_NE(Receive(second, 36), "closed");
+    };
+    Send(socket, Tell(0) + Tell(1) + Call(kSpecial, 7));
+    // As much as comes even if 1 waits for ever.
+    EXPECT_NE(Receive(socket, 36 + 32), "closed");
+    EXPECT_EQ(told, (std::vector<int32_t>{0, 1}));
 }
 
 TEST_F(HostileSession, ThatReadsNothingHoldsUpNobodyElse) {
@@ -133,8 +153,7 @@ TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
 
 TEST_F(HostileSession, MayNotHoardConnectionsToBeCalledOn) {
     const Socket session = Greeted();
-    Send(session, Call(kSpecial, wire::kGetSessionId));
-    const std::string id = Receive(session, 16 + 20 + 4 + 32).substr(80);
+    const std::string id = IdOf(session);
     std::vector<Socket> hoard;
     const int taken = Crowd("01000000 01 00 0000000000000000 2000" + id, &hoard);
     EXPECT_GT(taken, 0);

@@ -136,7 +136,9 @@ uint32_t AddressTable::Forget(const ProxyBinder* proxy) {
 bool AddressTable::Queue(uint64_t address, uint64_t asyncNumber, Oneway call) {
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
-    if (node == mNodes.end() || asyncNumber < node->second.asyncNumber) return true;
+    if (node == mNodes.end()) return true;
+    // The one that runs has had its turn, too.
+    if (asyncNumber < node->second.asyncNumber + (node->second.runsOneway ? 1 : 0)) return true;
     auto& waiting = node->second.waiting;
     const size_t bytes = call.request->Size();
     if (waiting.size() >= wire::kMostWaitingOneways) return false;

@@ -75,8 +75,8 @@ class AddressTable {
 
     // Oneway calls of one object run one after the other, in the order of their numbers.
 
-    /** Keeps a call until its turn; one whose number has passed is dropped. False if too many
-     * wait, or too much. */
+    /** Keeps a call until its turn; one whose number has had its turn is dropped. False if too
+     * many wait, or too much. */
     bool Queue(uint64_t address, uint64_t asyncNumber, Oneway call);
     /** The call whose turn it is; the turn ends with EndOneway. */
     std::optional<Oneway> NextOneway(uint64_t address);
