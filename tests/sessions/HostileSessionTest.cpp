@@ -10,8 +10,7 @@ class HostileSession : public ServerTest {
         return Receive(session, 16 + 20 + 4 + 32).substr(80);
     }
     static std::string Tell(uint32_t number) {
-        const std::string token = "0b000000 740065007300740073002e0049005000650065007200 0000";
-        return Call(kRoot, 3, token + U32(number), 1, number);
+        return Call(kRoot, 3, kPeerToken + U32(number), 1, number);
     }
     /** Opens more connections than there may be and says `hello` on each; how many were taken. */
     int Crowd(const std::string& hello, std::vector<Socket>* crowd) {

@@ -43,6 +43,14 @@ inline std::string Call(const std::string& address, uint32_t code, const std::st
            U32(bytes) + kZeros.substr(0, 24) + parcel;
 }
 
+/** A reply without fault. */
+inline std::string Reply(const std::string& parcel) {
+    const auto bytes = static_cast<uint32_t>(BytesOf(parcel).size());
+    return Command(1, 20 + bytes) + U32(0) + U32(bytes) + kZeros.substr(0, 24) + parcel;
+}
+/** The peer's descriptor, with which its calls begin. */
+inline const std::string kPeerToken = "0b000000 740065007300740073002e0049005000650065007200 0000";
+
 /** A server with a peer as root, and sockets to it. */
 class ServerTest : public testing::Test {
   protected:

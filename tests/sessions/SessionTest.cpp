@@ -178,5 +178,56 @@ TEST_F(SessionTest, ObjectThatEndsInsideACallMayCall) {
     EXPECT_EQ(last, "7");
 }
 
+TEST_F(SessionTest, HoldsAnObjectWhileACallMayBeOnItsWay) {
+    struct Case {
+        bool tells;
+        bool isAcknowledged;
+    };
+    const std::string acknowledgement = Command(2, 16) + kRoot + U32(1) + U32(0);
+    const std::string refusal =
+            Command(1, 20) + U32(static_cast<uint32_t>(STATUS_BAD_VALUE)) + kZeros.substr(0, 32);
+    // What the server says, whatever it is asked.
+    const std::string greeting = "0100000000000000" + Reply(U32(1)) + Reply(U32(32) + kZeros) +
+                                 Reply(U32(1) + kRoot + U32(12)) + acknowledgement +
+                                 Reply(kPeerToken);
+    for (const auto& [tells, isAcknowledged] :
+         {Case{false, false}, Case{false, true}, Case{true, false}, Case{true, true}}) {
+        SCOPED_TRACE(testing::Message() << tells << isAcknowledged);
+        auto [near, far] = Socket::Pair();
+        Send(far, greeting + (isAcknowledged ? acknowledgement : "") + refusal);
+        const auto session =
+                ConnectRpc({.dial = [&, &socket = near](auto) { return std::move(socket); }});
+        auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+        ASSERT_NE(root, nullptr);
+        if (tells) {
+            EXPECT_TRUE(root->tell(1).isOk());
+        }
+        EXPECT_EQ(AIBinder_ping(root->asBinder().get()), STATUS_BAD_VALUE);
+        root.reset();
+        // A session in which nothing is held has ended.
+        EXPECT_EQ(session->IsAlive(), tells);
+        session->Terminate();
+    }
+}
+
+TEST_F(SessionTest, AcknowledgesFailedCallsWithTheNextThatSucceeds) {
+    const auto server =
+            std::make_shared<RpcServer>(RpcServer::Settings{.acknowledgeWithReply = false},
+                                        Ref<AIBinder>::Share(mPeer->asBinder().get()));
+    auto [socket, far] = Socket::Pair();
+    server->Accept(std::move(far));
+    const std::string ping = Call(kRoot, 0x5F504E47);
+    Send(socket, kHello + kInit + Call(kSpecial, wire::kGetRoot) + Call(kRoot, 0) + Call(kRoot, 0) +
+                         ping + Call(kRoot, 0) + ping);
+    Receive(socket, 8 + 52 + 2 * 36);
+    const auto acknowledgement = [](uint32_t amount) {
+        return Command(2, 16) + kRoot + U32(amount) + U32(0);
+    };
+    EXPECT_EQ(Receive(socket, 36 + 32), acknowledgement(3) + Reply(""));
+    EXPECT_EQ(Receive(socket, 36 + 32 + 36).substr(72), acknowledgement(2) + Reply(""));
+    server->Close();
+    server->JoinThreads();
+}
+
 }  // namespace
 }  // namespace tests

@@ -71,7 +71,7 @@ bool RpcSession::ServeDecStrong(Connection& connection, size_t bodyBytes) {
     wire::DecStrongBody body{};
     if (bodyBytes != sizeof(body)) return Break("an acknowledgement has another length");
     if (!connection.Receive(&body)) return Lose();
-    mTable.TakeBack(body.address, body.amount);
+    mTable.TakeAcknowledgement(body.address, body.amount);
     EndIfUsedUp();
     return IsAlive();
 }

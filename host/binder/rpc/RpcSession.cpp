@@ -68,8 +68,11 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
                                  const AParcel& in, AParcel* reply) {
     wire::TransactBody sent = body;
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
-    if (body.address != 0 && !mTable.BeginCall(body.address, oneway, &sent.asyncNumber)) {
-        return STATUS_DEAD_OBJECT;
+    std::optional<AddressTable::CountedCall> counted;
+    if (body.address != 0) {
+        counted = mTable.BeginCall(body.address, oneway);
+        if (!counted) return STATUS_DEAD_OBJECT;
+        sent.asyncNumber = counted->asyncNumber;
     }
     wire::CommandHeader command{};
     command.command = wire::kTransact;
@@ -81,7 +84,7 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
     if (oneway) return STATUS_OK;
     const binder_status_t status = AwaitReply(connection, reply);
-    if (status != STATUS_OK) mTable.NoteFailure(body.address);
+    if (status != STATUS_OK && counted) mTable.NoteFailure(body.address, *counted);
     return status;
 }
 
@@ -156,7 +159,7 @@ bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
     if (!connection.Send(std::span(all).first(2 * count + parts.size()), &received)) return Lose();
     // Not before the whole message is out: what ends here may send, too.
     for (const wire::DecStrongBody& body : received)
-        mTable.TakeBack(body.address, body.amount);
+        mTable.TakeAcknowledgement(body.address, body.amount);
     return true;
 }
 
@@ -199,7 +202,7 @@ binder_status_t RpcSession::Lend(AIBinder* object, uint64_t* address) {
 }
 
 void RpcSession::TakeBack(uint64_t address) {
-    mTable.TakeBack(address, 1);
+    mTable.TakeBack(address);
 }
 
 binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinder** object) {
