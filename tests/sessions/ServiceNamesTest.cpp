@@ -97,6 +97,15 @@ TEST_F(ServiceNames, LeadStraightToTheObjectInItsOwnProcess) {
     const auto next = SharedRefBase::make<Peer>();
     ASSERT_EQ(AServiceManager_addService(next->asBinder().get(), kName), EX_NONE);
     EXPECT_EQ(Find(), next);
+    // Without descriptors it can not be, and nothing changes.
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none{.rlim_cur = 0, .rlim_max = limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_ILLEGAL_STATE);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(Find(), next);
+    EXPECT_TRUE(Socket::Connect(SocketFile()).IsOpen());
 }
 
 TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {

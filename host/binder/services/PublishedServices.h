@@ -34,15 +34,13 @@ class [[gnu::visibility("default")]] PublishedServices {
         Ref<AIBinder> object;
         std::unique_ptr<Listener> listener;
     };
-    using Services = std::map<std::string, Service>;
 
     PublishedServices() = default;
 
-    Services::node_type Take(const std::string& instance);
     void RemoveFiles();
 
     mutable std::mutex mMutex;
-    Services mServices;  // mMutex
+    std::map<std::string, Service> mServices;  // mMutex
 };
 
 }  // namespace zarvo::host
