@@ -238,6 +238,29 @@ TEST_F(ServiceNames, AreAwaitedByManyAtOnceAndEndedByAny) {
         thread.join();
 }
 
+TEST_F(ServiceNames, AreTakenBackBeforeAnybodyLosesAService) {
+    ABinderProcess_startThreadPool();
+    for (const char* const name : {kName, "tests.IPeer/another", "tests.IPeer/last"})
+        ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), name), EX_NONE);
+    // The service is told when its client's session ends.
+    int told = 0;
+    std::function<void()> onDeath = [&] { told = std::filesystem::is_empty(mDirectory) ? 1 : -1; };
+    const ndk::ScopedAIBinder_DeathRecipient recipient(AIBinder_DeathRecipient_new(
+            [](void* cookie) { (*static_cast<std::function<void()>*>(cookie))(); }));
+    std::shared_ptr<IPeer> known;
+    mPeer->onVisit = [&](const auto& visitor, int32_t, std::string*) {
+        known = visitor;
+        return ScopedAStatus::fromStatus(
+                AIBinder_linkToDeath(known->asBinder().get(), recipient.get(), &onDeath));
+    };
+    const auto session = ConnectRpc({.dial = [&](auto) { return Socket::Connect(SocketFile()); }});
+    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    std::string text;
+    ASSERT_TRUE(root->visit(SharedRefBase::make<Peer>(), 5, &text).isOk());
+    zarvo::host::PublishedServices::Instance().WithdrawAll();
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(ServiceNames, AreTakenBackAlsoWhenNoDescriptorIsLeft) {
     ABinderProcess_startThreadPool();
     rlimit limit{};

@@ -54,11 +54,17 @@ void PublishedServices::Start() {
 void PublishedServices::WithdrawAll() {
     std::map<std::string, Service> withdrawn;
     const std::lock_guard lock(mMutex);
+    // Whoever loses one service finds no other that is about to end.
+    RemoveFilesLocked();
     withdrawn.swap(mServices);
 }
 
 void PublishedServices::RemoveFiles() {
     const std::lock_guard lock(mMutex);
+    RemoveFilesLocked();
+}
+
+void PublishedServices::RemoveFilesLocked() {
     for (const auto& [instance, service] : mServices) {
         if (service.listener != nullptr) service.listener->RemoveFile();
     }
