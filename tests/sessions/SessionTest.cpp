@@ -210,6 +210,37 @@ TEST_F(SessionTest, HoldsAnObjectWhileACallMayBeOnItsWay) {
     }
 }
 
+TEST_F(SessionTest, AcknowledgesAllThatACallBroughtBeforeItsReply) {
+    constexpr int kMany = 40;
+    static const AIBinder_Class* const reader = AIBinder_Class_define(
+            "tests.IPeer", [](void*) -> void* { return nullptr; }, [](void*) {},
+            [](AIBinder*, transaction_code_t, const AParcel* in, AParcel*) {
+                binder_status_t status = STATUS_OK;
+                for (int i = 0; i < kMany && status == STATUS_OK; ++i) {
+                    SpAIBinder object;
+                    status = AParcel_readStrongBinder(in, object.getR());
+                }
+                return status;
+            });
+    const auto server = std::make_shared<RpcServer>(
+            RpcServer::Settings{}, Ref<AIBinder>::Adopt(AIBinder_new(reader, nullptr)));
+    auto [socket, far] = Socket::Pair();
+    server->Accept(std::move(far));
+    std::string parcel = kPeerToken;
+    std::string acknowledgements;
+    for (int i = 0; i < kMany; ++i) {
+        parcel += U32(1) + kRoot + U32(12);
+        // With the first, also the call itself.
+        acknowledgements += Command(2, 16) + kRoot + U32(i == 0 ? 2 : 1) + U32(0);
+    }
+    Send(socket, kHello + kInit + Call(kSpecial, wire::kGetRoot) + Call(kRoot, 1, parcel));
+    Receive(socket, 8 + 52);
+    EXPECT_EQ(Receive(socket, 32 * kMany), acknowledgements);
+    EXPECT_EQ(Receive(socket, 36), Reply(""));
+    server->Close();
+    server->JoinThreads();
+}
+
 TEST_F(SessionTest, AcknowledgesFailedCallsWithTheNextThatSucceeds) {
     const auto server =
             std::make_shared<RpcServer>(RpcServer::Settings{.acknowledgeWithReply = false},

@@ -135,28 +135,44 @@ bool RpcSession::ReceiveParcel(Connection& connection, size_t announced, size_t 
 
 /* What every message takes along. */
 
-bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
-    constexpr size_t kMostOwed = 16;
-    std::array<wire::DecStrongBody, kMostOwed> owed{};
-    std::array<iovec, 2 * kMostOwed + 4> all{};
+/** Acknowledgements that go out in one message. */
+struct RpcSession::OwedBatch {
+    static constexpr size_t kMost = 16;
+
+    std::array<wire::DecStrongBody, kMost> bodies{};
     size_t count = 0;
-    {
-        const std::lock_guard lock(mMutex);
-        while (count < kMostOwed && !mOwed.empty()) {
-            owed[count++] = mOwed.front();
-            mOwed.pop_front();
-        }
+};
+
+bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
+    OwedBatch owed;
+    while (TakeOwed(&owed)) {
+        if (!SendBehind(connection, owed, {})) return false;
     }
+    return SendBehind(connection, owed, parts);
+}
+
+bool RpcSession::TakeOwed(OwedBatch* owed) {
+    const std::lock_guard lock(mMutex);
+    owed->count = std::min(mOwed.size(), owed->bodies.size());
+    const auto end = mOwed.begin() + static_cast<ptrdiff_t>(owed->count);
+    std::copy(mOwed.begin(), end, owed->bodies.begin());
+    mOwed.erase(mOwed.begin(), end);
+    return !mOwed.empty();
+}
+
+bool RpcSession::SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts) {
+    std::array<iovec, 2 * OwedBatch::kMost + 4> all{};
     wire::CommandHeader command{};
     command.command = wire::kDecStrong;
     command.bodyBytes = sizeof(wire::DecStrongBody);
-    for (size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < owed.count; ++i) {
         all[2 * i] = {&command, sizeof(command)};
-        all[2 * i + 1] = {&owed[i], sizeof(owed[i])};
+        all[2 * i + 1] = {&owed.bodies[i], sizeof(owed.bodies[i])};
     }
-    std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(2 * count));
+    const size_t before = 2 * owed.count;
+    std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(before));
     Connection::Acknowledgements received;
-    if (!connection.Send(std::span(all).first(2 * count + parts.size()), &received)) return Lose();
+    if (!connection.Send(std::span(all).first(before + parts.size()), &received)) return Lose();
     // Not before the whole message is out: what ends here may send, too.
     for (const wire::DecStrongBody& body : received)
         mTable.TakeAcknowledgement(body.address, body.amount);

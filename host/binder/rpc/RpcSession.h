@@ -120,8 +120,13 @@ class ABINDER_API RpcSession final : public Session,
     bool ReceiveParcel(Connection& connection, size_t announced, size_t bytes, AParcel* parcel,
                        bool* hasDescriptors);
 
-    /** Sends a command, behind what is owed. */
+    struct OwedBatch;
+
+    /** Sends a command, behind all that is owed; if that is not much, in one message. */
     bool Send(Connection& connection, std::span<const iovec> parts);
+    /** Takes the first of what is owed; true if there is more. */
+    bool TakeOwed(OwedBatch* owed);
+    bool SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts);
     /** Notes that the other end is to be told that this arrived so often. */
     void Owe(uint64_t address, uint32_t amount);
     /** Sends what is owed on a free connection or else on `fallback`, which this thread serves;
