@@ -3,7 +3,10 @@
 #include <android/binder_stability.h>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +18,7 @@
 #include <future>
 #include <thread>
 
+#include "host/binder/rpc/SocketAddress.h"
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 #include "tests/sessions/ServerTest.h"
@@ -23,6 +27,7 @@ namespace tests {
 namespace {
 
 using ::zarvo::host::FoundServices;
+using ::zarvo::host::SocketAddress;
 using namespace std::chrono_literals;
 
 constexpr char kName[] = "tests.IPeer/default";
@@ -137,6 +142,48 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
         ASSERT_EQ(chown(mDirectory.c_str(), 1, 1), 0);
         EXPECT_EQ(AServiceManager_addService(peer, kName), EX_SECURITY);
     }
+}
+
+TEST_F(ServiceNames, AreKeptWhereNobodyElseCanLook) {
+    const std::string directory = mDirectory + "/new";
+    setenv("AON_RUNTIME_DIR", directory.c_str(), 1);
+    const mode_t before = umask(0);
+    ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
+    umask(before);
+    EXPECT_EQ(std::filesystem::status(directory).permissions(), std::filesystem::perms::owner_all);
+}
+
+TEST_F(ServiceNames, ReachWhoComesAlsoDuringACrowd) {
+    const PeerProcess process;
+    const auto address = SocketAddress::Of(SocketFile());
+    std::array<int, 2> pipe{-1, -1};
+    ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
+    const ndk::ScopedFileDescriptor told(pipe[0]);
+    ndk::ScopedFileDescriptor tells(pipe[1]);
+    const pid_t crowd = fork();
+    if (crowd == 0) {
+        // A thousand that say nothing, until the last of them has been refused.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        int last = -1;
+        for (int i = 0; i < 1000; ++i) {
+            last = socket(AF_UNIX, SOCK_STREAM, 0);
+            connect(last, address->Get(), address->Size());
+        }
+        char news = 0;
+        news = recv(last, &news, 1, 0) == 0 ? 'r' : 'x';
+        [[maybe_unused]] const ssize_t written = write(tells.get(), &news, 1);
+        while (true)
+            pause();
+    }
+    tells.set(-1);
+    char news = 0;
+    EXPECT_EQ(read(told.get(), &news, 1), 1);
+    EXPECT_EQ(news, 'r');
+    std::string text;
+    const auto other = Find();
+    EXPECT_TRUE(other != nullptr && other->visit(nullptr, 5, &text).isOk());
+    kill(crowd, SIGKILL);
+    waitpid(crowd, nullptr, 0);
 }
 
 TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
