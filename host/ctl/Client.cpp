@@ -125,13 +125,14 @@ void EndClient() {
 }
 
 int RunClient(Arguments& arguments, ClientSink& sink) {
-    WatchSignals();
-    ABinderProcess_startThreadPool();
     const int64_t count = arguments.Number("--count", -1, 1, INT64_MAX);
     const int64_t seconds = arguments.Number("--duration", -1, 0, 365L * 86400);
     if (!arguments.Error().empty()) return kMisused;
     const auto service = FindService();
     if (service == nullptr) return kNoService;
+    // Not before there is somebody to take leave of.
+    WatchSignals();
+    ABinderProcess_startThreadPool();
     std::vector<AONSensorInfo> sensors;
     int result = Report("list the sensors", service->getAonSensorInfoList(&sensors));
     if (result != kDone) return result;

@@ -3,6 +3,7 @@
 #include <android/binder_manager.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 
 #include "host/ctl/Command.h"
@@ -11,14 +12,17 @@
 namespace zarvo::host::ctl {
 namespace {
 
+constexpr char kNoAnswer[] = "aonctl: the service does not answer\n";
 constexpr char kNotRunning[] =
         "aonctl: the service does not run; start vendor.zarvo.hardware.camera.aon-service\n";
 
 template <typename Interface>
 std::shared_ptr<Interface> Find(const std::string& instance) {
-    auto found =
-            Interface::fromBinder(ndk::SpAIBinder(AServiceManager_checkService(instance.c_str())));
-    if (found == nullptr) std::fputs(kNotRunning, stderr);
+    errno = 0;
+    const ndk::SpAIBinder binder(AServiceManager_checkService(instance.c_str()));
+    const bool isMute = binder.get() == nullptr && errno == ETIMEDOUT;
+    auto found = Interface::fromBinder(binder);
+    if (found == nullptr) std::fputs(isMute ? kNoAnswer : kNotRunning, stderr);
     return found;
 }
 

@@ -270,7 +270,7 @@ void ExpectCalls(const std::vector<RecordedCall>& calls) {
         for (const RecordedCall& call : calls)
             expectCall(call);
     });
-    const auto session = ConnectRpc({.dial = [&client = near] { return std::move(client); }});
+    const auto session = ConnectRpc({.dial = [&client = near](auto) { return std::move(client); }});
     ASSERT_NE(session, nullptr);
     const SpAIBinder root(AskRoot(*session).Release());
     for (const RecordedCall& call : calls)
