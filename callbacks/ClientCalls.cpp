@@ -14,13 +14,14 @@ std::vector<ClientCalls::Call> ClientCalls::UnderWay() const {
     return calls;
 }
 
-ClientCalls::Slot* ClientCalls::Take(int64_t clientHandle, const char* what, Time since) {
+ClientCalls::Slot* ClientCalls::Take(int64_t clientHandle, const char* what) {
     for (Slot& slot : mSlots) {
         const char* expected = nullptr;
         if (!slot.what.compare_exchange_strong(expected, kTaken, std::memory_order_acquire))
             continue;
         slot.clientHandle.store(clientHandle, std::memory_order_relaxed);
-        slot.since.store(since.time_since_epoch().count(), std::memory_order_relaxed);
+        slot.since.store(std::chrono::steady_clock::now().time_since_epoch().count(),
+                         std::memory_order_relaxed);
         slot.what.store(what, std::memory_order_release);
         return &slot;
     }

@@ -34,10 +34,9 @@ class ClientCalls {
     /** One call, from its begin to its end. */
     class Scope {
       public:
-        /** `what` lives for ever. A `since` that is at hand saves asking for the time. */
-        Scope(ClientCalls& calls, int64_t clientHandle, const char* what,
-              Time since = std::chrono::steady_clock::now())
-            : mSlot(calls.Take(clientHandle, what, since)) {}
+        /** `what` lives for ever. */
+        Scope(ClientCalls& calls, int64_t clientHandle, const char* what)
+            : mSlot(calls.Take(clientHandle, what)) {}
         ~Scope() {
             if (mSlot != nullptr) mSlot->what.store(nullptr, std::memory_order_release);
         }
@@ -55,7 +54,7 @@ class ClientCalls {
     static constexpr std::size_t kSlots = 8;
 
     /** Null when there is no room. */
-    Slot* Take(int64_t clientHandle, const char* what, Time since);
+    Slot* Take(int64_t clientHandle, const char* what);
 
     std::array<Slot, kSlots> mSlots;
 };

@@ -44,15 +44,14 @@ void RemoteCallbackManager::DeliverEvent(int64_t clientHandle,
                                          const std::shared_ptr<IAONServiceCallBack>& callback,
                                          const AONCallBackInfo& info) {
     const TraceSection trace("aon client onAONEvent");
-    const auto now = std::chrono::steady_clock::now();
-    const ClientCalls::Scope call(mCalls, clientHandle, "onAONEvent", now);
+    const ClientCalls::Scope call(mCalls, clientHandle, "onAONEvent");
     if (!Answers(callback)) {
         mCounters.droppedNoAnswer.Add();
     } else if (!callback->onAONEvent(clientHandle, info).isOk()) {
         mCounters.droppedFailed.Add();
     } else {
         mCounters.delivered.Add();
-        mCounters.lastDelivered.Set(now);
+        mCounters.lastDelivered.Set(std::chrono::steady_clock::now());
     }
 }
 
@@ -73,11 +72,15 @@ void RemoteCallbackManager::DeliverState(int64_t clientHandle,
                                          const AONSensorStateInfo& info) {
     const TraceSection trace("aon client onSensorStateChanged");
     const ClientCalls::Scope call(mCalls, clientHandle, "onSensorStateChanged");
-    if (!Answers(callback) || !callback->onSensorStateChanged(clientHandle, info).isOk()) {
-        mCounters.statesFailed.Add();
-    } else {
-        mCounters.statesDelivered.Add();
-    }
+    if (!Answers(callback)) return mCounters.statesFailed.Add();
+    TellState(clientHandle, callback, info);
+}
+
+void RemoteCallbackManager::TellState(int64_t clientHandle,
+                                      const std::shared_ptr<IAONServiceCallBack>& callback,
+                                      const AONSensorStateInfo& info) {
+    const bool taken = callback->onSensorStateChanged(clientHandle, info).isOk();
+    (taken ? mCounters.statesDelivered : mCounters.statesFailed).Add();
 }
 
 bool RemoteCallbackManager::TrySnapshot(Clients& clients) {
@@ -90,8 +93,10 @@ bool RemoteCallbackManager::TrySnapshot(Clients& clients) {
 void RemoteCallbackManager::RememberStateLocked(const AONSensorStateInfo& info) {
     if (info.state == AONSensorStateInfo::SENSOR_STATE_IDLE) {
         mSensorStates.erase(info.sensorId);
+        mToldStates.erase(info.sensorId);
     } else {
         mSensorStates[info.sensorId] = info.state;
+        mToldStates[info.sensorId] = info.state;
     }
     mHistory.Note({.what = StateName(info.state), .sensorId = info.sensorId});
     PublishLocked();
@@ -105,7 +110,7 @@ void RemoteCallbackManager::PublishLocked() {
         }
         ++status.clientCount;
     }
-    for (const auto& [sensorId, state] : mSensorStates) {
+    for (const auto& [sensorId, state] : mToldStates) {
         if (status.sensorCount < status.sensors.size()) {
             status.sensors[status.sensorCount] = {sensorId, state};
         }

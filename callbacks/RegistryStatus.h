@@ -31,7 +31,7 @@ struct RegistryStatus {
     /** All of them; the first ones are described. */
     uint32_t clientCount = 0;
     std::array<Client, kMostClients> clients{};
-    /** The sensors that are not idle: all of them; the first ones are described. */
+    /** The sensors that are not idle, as last told: all of them; the first ones are described. */
     uint32_t sensorCount = 0;
     std::array<Sensor, kMostSensors> sensors{};
 };

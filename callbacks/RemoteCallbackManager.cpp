@@ -42,6 +42,9 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
     {
         const ClientCalls::Scope call(mCalls, 0, "getInterfaceHash");
         callback->getInterfaceHash(&hash);
+    }
+    {
+        const ClientCalls::Scope call(mCalls, 0, "getInterfaceVersion");
         callback->getInterfaceVersion(&version);
     }
     AON_LOGI(kWho, "RegisterClient callback-> callbackInterfaceHash:%s, callbackVersionCode:%d",
@@ -67,7 +70,7 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
         info.sensorId = sensorId;
         info.state = state;
         const ClientCalls::Scope call(mCalls, *clientHandle, "onSensorStateChanged");
-        callback->onSensorStateChanged(*clientHandle, info);
+        TellState(*clientHandle, callback, info);
     }
     return 0;
 }
@@ -135,6 +138,7 @@ void RemoteCallbackManager::Clear() {
         if (callback != nullptr) UnlinkToDeath(callback->asBinder().get());
     }
     removed.swap(mClientCallbacks);
+    if (!mSensorStates.empty()) mHistory.Note({.what = "sensor states forgotten"});
     mSensorStates.clear();
     mRegistrations.clear();
     mClientCount = 0;

@@ -100,7 +100,7 @@ class RemoteCallbackManager : public IOutEventCallback,
     const RegistryCounters& Counters() const { return mCounters; }
     /** The calls that a client has not returned from. */
     std::vector<ClientCalls::Call> CallsUnderWay() const { return mCalls.UnderWay(); }
-    /** The sensor states that were told. */
+    /** The sensor states that were told and forgotten. */
     std::vector<Change> LatestChanges() const { return mHistory.Latest(); }
 
   private:
@@ -121,6 +121,8 @@ class RemoteCallbackManager : public IOutEventCallback,
                       const AONCallBackInfo& info);
     void DeliverState(int64_t clientHandle, const std::shared_ptr<IAONServiceCallBack>& callback,
                       const AONSensorStateInfo& info);
+    void TellState(int64_t clientHandle, const std::shared_ptr<IAONServiceCallBack>& callback,
+                   const AONSensorStateInfo& info);
     void PublishLocked() REQUIRES(mLock);
     binder_status_t LinkToDeath(AIBinder* binder);
     binder_status_t UnlinkToDeath(AIBinder* binder);
@@ -136,6 +138,8 @@ class RemoteCallbackManager : public IOutEventCallback,
     AIBinder_DeathRecipient* mDeathRecipient;
     /** The sensors that are not idle. They outlive clients. */
     SensorStates mSensorStates GUARDED_BY(mLock);
+    /** The same for people: these outlive Clear(), which changes no sensor. */
+    SensorStates mToldStates GUARDED_BY(mLock);
     /** Who registered each client, and when. */
     Registrations mRegistrations GUARDED_BY(mLock);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -28,12 +30,16 @@ struct Moment {
 struct Change {
     /** In place of a number that says nothing here. */
     static constexpr int32_t kNone = INT32_MIN;
+    /** In place of a process. */
+    static constexpr pid_t kNobody = 0;
 
     Moment when{};
     /** What happened, and why; texts that live for ever. */
     const char* what = "";
     const char* reason = "";
     int64_t clientHandle = 0;
+    /** The process that asked for it, as binder told; kNobody where it told none. */
+    pid_t pid = kNone;
     int32_t sensorId = kNone;
     /** Instance id of a camera device. */
     int32_t cameraDevice = kNone;

@@ -134,6 +134,7 @@ class __attribute__((visibility("default"))) AONService
             REQUIRES(mLock);
     ndk::ScopedAStatus StartStreamLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
     ndk::ScopedAStatus StopServiceLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
+    void RestartLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
     int32_t RemoveStartedLocked(int64_t clientHandle, int32_t serviceType) REQUIRES(mLock);
 
     // What people see.

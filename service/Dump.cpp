@@ -14,13 +14,14 @@ constexpr std::chrono::milliseconds kMostForReader{1000};
 constexpr size_t kMostChanges = 48;
 
 constexpr char kHelpText[] =
-        "usage: dump [--json] [--help]\n"
+        "usage: dump [-a] [--json] [--help]\n"
         "\n"
         "Tells what the always-on camera service has and does: who is registered and since when,\n"
         "what each client subscribed and started, what the stream runs, sensors and cameras,\n"
         "events delivered and dropped, clients that hang in a callback, and the latest changes.\n"
         "It changes nothing and waits for nobody.\n"
         "\n"
+        "  -a      all of it, as without\n"
         "  --json  the same as one JSON object\n"
         "  --help  this text\n";
 
@@ -31,6 +32,7 @@ DumpForm FormOf(const char** args, uint32_t numArgs) {
     for (uint32_t i = 0; i < numArgs; ++i) {
         const std::string_view argument = args[i] == nullptr ? "" : args[i];
         if (argument == "--help" || argument == "-h") return DumpForm::kHelp;
+        if (argument == "-a") continue;  // bug reports and dumpsys ask everybody for all
         if (argument != "--json") return DumpForm::kUnknown;
         form = DumpForm::kJson;
     }
@@ -66,8 +68,10 @@ ServiceStatus AONService::CollectStatus() {
     status.created = mCreated;
     // Tried, not waited for: an operation may be inside a client that hangs, or be our caller's.
     if (mLockOwner.load() != std::this_thread::get_id() && mLock.try_lock()) {
+        mRunning.Set({"dump", AIBinder_getCallingPid(), std::chrono::steady_clock::now()});
         status.clients = CollectClientsLocked();
-        status.merged = MergeSensorConfigs(mSensorConfigMap);
+        status.merged = ForStream(MergeSensorConfigs(mSensorConfigMap));
+        mRunning.Set({});
         mLock.unlock();
     } else {
         status.running = mRunning.Get().value_or(RunningOperation{});
@@ -86,6 +90,7 @@ ServiceStatus AONService::CollectStatus() {
         registryChanges = mRemoteCallBackManager->LatestChanges();
     }
     status.changes = Merge({mHistory.Latest(), managerChanges, registryChanges});
+    status.now = Moment::Now();
     return status;
 }
 

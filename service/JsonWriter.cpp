@@ -40,6 +40,12 @@ class JsonWriter : public StatusWriter {
     void Number(std::string_view name, int64_t number) override {
         Put(name, std::to_string(number));
     }
+    void Numbers(std::string_view name, std::span<const int32_t> numbers) override {
+        std::string list;
+        for (const int32_t number : numbers)
+            list += (list.empty() ? "" : ",") + std::to_string(number);
+        Put(name, '[' + list + ']');
+    }
     void Flag(std::string_view name, bool flag) override { Put(name, flag ? "true" : "false"); }
     void Types(std::string_view name, int32_t types) override { Number(name, types); }
     void Time(std::string_view name, Moment::Wall time) override {

@@ -17,7 +17,7 @@ namespace zarvo::aon {
  */
 class SCOPED_CAPABILITY AONService::Operation {
   public:
-    /** What it may change; `what` is its name. */
+    /** What it may change; `what` is its name. Without a pid: the caller's. */
     Operation(AONService& service, const Change& change)
             ACQUIRE(service.mLock) NO_THREAD_SAFETY_ANALYSIS
         : mTrace(change.what),
@@ -51,8 +51,10 @@ class SCOPED_CAPABILITY AONService::Operation {
     void Begin(const Change& change) NO_THREAD_SAFETY_ANALYSIS {
         mService.mOperation = change;
         mService.mOperation.when = Moment::Now();
+        mService.mOperation.pid =
+                change.pid == Change::kNone ? AIBinder_getCallingPid() : change.pid;
         mService.mRunning.Set(
-                {change.what, AIBinder_getCallingPid(), mService.mOperation.when.steady});
+                {change.what, mService.mOperation.pid, mService.mOperation.when.steady});
     }
 
     void HandlePendingDeaths() NO_THREAD_SAFETY_ANALYSIS {

@@ -57,7 +57,7 @@ int32_t AONService::AdmitLocked(const std::shared_ptr<IAONServiceCallBack>& call
 }
 
 void AONService::EvictLocked(int64_t clientHandle) {
-    mHistory.Note({.what = "client replaced", .clientHandle = clientHandle});
+    mHistory.Note({.what = "client replaced", .clientHandle = clientHandle, .pid = mOperation.pid});
     AON_LOGW(kWho, "service has other callback");
     AON_LOGW(kWho, "so do stop service and remove old callback");
     const ScopedAStatus stopped = StopServiceLocked(clientHandle, ComputeStartServiceType());
@@ -95,7 +95,8 @@ ScopedAStatus AONService::unregisterClient(int64_t clientHandle) {
 
 void AONService::OnRemoteCallbackDied(int64_t clientHandle,
                                       const std::shared_ptr<IAONServiceCallBack>& callback) {
-    Operation operation(*this, {.what = "client died", .clientHandle = clientHandle});
+    Operation operation(
+            *this, {.what = "client died", .clientHandle = clientHandle, .pid = Change::kNobody});
     if (operation.IsNested()) {
         mPendingDeaths.push_back({clientHandle, callback});
         return;

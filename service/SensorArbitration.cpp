@@ -39,6 +39,11 @@ SensorConfigInfo MergeSensorConfigs(const SensorConfigMap& configs) {
     return merged;
 }
 
+SensorConfigInfo ForStream(SensorConfigInfo merged) {
+    if (merged.deliveryMode == kDeliveryModeConflict) merged.deliveryMode = kTimeBased;
+    return merged;
+}
+
 std::optional<ConfigConflict> FindConflict(const SensorConfigInfo& merged,
                                            const SensorConfigInfo& wanted, bool strict) {
     if (merged.sensorId == kNoSensor) return std::nullopt;

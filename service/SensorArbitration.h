@@ -49,6 +49,9 @@ int32_t MergeDeliveryMode(int32_t a, int32_t b);
  */
 SensorConfigInfo MergeSensorConfigs(const SensorConfigMap& configs);
 
+/** The merge with time-based delivery in place of kDeliveryModeConflict. */
+SensorConfigInfo ForStream(SensorConfigInfo merged);
+
 /** Why a configuration cannot join: the field, what is merged, what is wanted. */
 struct ConfigConflict {
     const char* field;

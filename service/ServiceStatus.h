@@ -14,11 +14,11 @@
 
 namespace zarvo::aon {
 
-/** The operation that holds the service's lock. Trivially copyable. */
+/** The operation, or the look at the service, that holds its lock. Trivially copyable. */
 struct RunningOperation {
     /** Null when there is none. */
     const char* name = nullptr;
-    /** The process that called it, as binder told. */
+    /** The process that called it, as binder told; Change::kNobody where it told none. */
     pid_t pid = 0;
     LastTime::Time since{};
 };
@@ -33,11 +33,13 @@ struct ClientStatus {
 
 /** What the service and its collaborators have and do, as far as it can be known now. */
 struct ServiceStatus {
-    Moment now = Moment::Now();
+    /** When all of this was collected. Counters may count on. */
+    Moment now{};
     Moment created{};
     RunningOperation running;
-    /** Nothing when an operation holds the service's lock. */
+    /** Nothing when somebody else holds the service's lock. */
     std::optional<std::vector<ClientStatus>> clients;
+    /** The merge of them, as the stream gets it. */
     SensorConfigInfo merged;
     std::optional<ManagerStatus> manager;
     std::optional<RegistryStatus> registry;

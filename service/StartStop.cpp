@@ -1,5 +1,7 @@
 // How service types are started and stopped on the one stream.
 
+#include <utility>
+
 #include "platform/Log.h"
 #include "service/AONService.h"
 #include "service/Operation.h"
@@ -90,9 +92,20 @@ ScopedAStatus AONService::StopServiceLocked(int64_t clientHandle, int32_t servic
     if (total != 0) {
         // The client's own rest is named; what starts is the union of all clients.
         AON_LOGI(kWho, "finalStartServiceType:%d not 0 restart", total);
-        StartServiceLocked(clientHandle, left);
+        RestartLocked(clientHandle, left);
     }
     return ScopedAStatus::ok();
+}
+
+void AONService::RestartLocked(int64_t clientHandle, int32_t serviceType) {
+    const char* const reason = mOperation.reason;
+    if (StartServiceLocked(clientHandle, serviceType).isOk()) return;
+    // What refused the restart did not refuse the operation.
+    mHistory.Note({.what = "restart",
+                   .reason = std::exchange(mOperation.reason, reason),
+                   .clientHandle = clientHandle,
+                   .pid = mOperation.pid,
+                   .serviceTypes = serviceType});
 }
 
 int32_t AONService::RemoveStartedLocked(int64_t clientHandle, int32_t serviceType) {

@@ -15,6 +15,20 @@ using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
 
 constexpr char kChanging[] = "being changed just now";
 
+/** A part that is not there has a name of its own, so that each name has one type. */
+void ReportUnknown(const std::string& part, std::string_view why, StatusWriter& writer) {
+    writer.Text(part + " unknown", why);
+}
+
+/** The age of what was noted at `then`; 0 for what came after the status. */
+StatusWriter::Span Since(Moment::Steady then, const ServiceStatus& status) {
+    return std::max(StatusWriter::Span{}, StatusWriter::Span(status.now.steady - then));
+}
+
+void ReportPid(pid_t pid, StatusWriter& writer) {
+    if (pid > Change::kNobody) writer.Number("pid", pid);
+}
+
 void ReportService(const ServiceStatus& status, StatusWriter& writer) {
     writer.Begin("service");
     writer.Text("version", kVersion);
@@ -22,7 +36,7 @@ void ReportService(const ServiceStatus& status, StatusWriter& writer) {
     writer.Number("interface version", IAONService::version);
     writer.Text("interface hash", IAONService::hash);
     writer.Time("up since", status.created.wall);
-    writer.Duration("up for", status.now.steady - status.created.steady);
+    writer.Duration("up for", Since(status.created.steady, status));
     writer.End();
 }
 
@@ -30,8 +44,8 @@ void ReportRunning(const ServiceStatus& status, StatusWriter& writer) {
     if (status.running.name == nullptr) return;
     writer.Begin("operation under way");
     writer.Text("name", status.running.name);
-    writer.Number("pid", status.running.pid);
-    writer.Duration("for", status.now.steady - status.running.since);
+    ReportPid(status.running.pid, writer);
+    writer.Duration("for", Since(status.running.since, status));
     writer.End();
 }
 
@@ -54,18 +68,19 @@ void ReportMore(size_t count, size_t room, StatusWriter& writer) {
 }
 
 void ReportRegistered(const ServiceStatus& status, StatusWriter& writer) {
-    if (status.registryCounters == nullptr) return writer.Text("registered clients", "no registry");
-    if (!status.registry) return writer.Text("registered clients", kChanging);
+    static constexpr char kPart[] = "registered clients";
+    if (status.registryCounters == nullptr) return ReportUnknown(kPart, "no registry", writer);
+    if (!status.registry) return ReportUnknown(kPart, kChanging, writer);
     const RegistryStatus& registry = *status.registry;
-    writer.BeginList("registered clients");
+    writer.BeginList(kPart);
     for (size_t i = 0; i < std::min<size_t>(registry.clientCount, registry.clients.size()); ++i) {
         const RegistryStatus::Client& client = registry.clients[i];
         writer.Begin({});
         writer.Number("client", client.handle);
-        writer.Number("pid", client.pid);
+        ReportPid(client.pid, writer);
         writer.Number("uid", client.uid);
         writer.Time("since", client.since.wall);
-        writer.Duration("for", status.now.steady - client.since.steady);
+        writer.Duration("for", Since(client.since.steady, status));
         writer.End();
     }
     ReportMore(registry.clientCount, registry.clients.size(), writer);
@@ -73,7 +88,7 @@ void ReportRegistered(const ServiceStatus& status, StatusWriter& writer) {
 }
 
 void ReportWishes(const ServiceStatus& status, StatusWriter& writer) {
-    if (!status.clients) return writer.Text("wishes", "an operation has the service's lock");
+    if (!status.clients) return ReportUnknown("wishes", "somebody has the service's lock", writer);
     writer.BeginList("wishes");
     for (const ClientStatus& client : *status.clients) {
         writer.Begin({});
@@ -95,8 +110,10 @@ void ReportWishes(const ServiceStatus& status, StatusWriter& writer) {
 }
 
 void ReportStream(const ServiceStatus& status, StatusWriter& writer) {
-    if (status.managerCounters == nullptr) return writer.Text("stream", "no stream manager");
-    if (!status.manager) return writer.Text("stream", kChanging);
+    if (status.managerCounters == nullptr) {
+        return ReportUnknown("stream", "no stream manager", writer);
+    }
+    if (!status.manager) return ReportUnknown("stream", kChanging, writer);
     const ManagerStatus& manager = *status.manager;
     writer.Begin("stream");
     writer.Flag("there", manager.hasStream);
@@ -119,8 +136,11 @@ void ReportCameras(const ServiceStatus& status, StatusWriter& writer) {
         const ManagerStatus::OpenDevice& device = manager.devices[i];
         writer.Begin({});
         writer.Number("camera", device.instanceId);
-        writer.Number("sensors", device.sensorCount);
-        if (device.sensorCount > 0) writer.Number("first sensor", device.sensorIds[0]);
+        const size_t named = std::min<size_t>(device.sensorCount, device.sensorIds.size());
+        writer.Numbers("sensors", {device.sensorIds.data(), named});
+        if (device.sensorCount > named) {
+            writer.Number("more", static_cast<int64_t>(device.sensorCount - named));
+        }
         writer.End();
     }
     ReportMore(manager.deviceCount, manager.devices.size(), writer);
@@ -152,7 +172,7 @@ void ReportCount(std::string_view name, const Counter& counter, StatusWriter& wr
 
 void ReportAge(std::string_view name, const LastTime& last, const ServiceStatus& status,
                StatusWriter& writer) {
-    if (last.IsSet()) writer.Duration(name, status.now.steady - last.Get());
+    if (last.IsSet()) writer.Duration(name, Since(last.Get(), status));
 }
 
 void ReportEvents(const ServiceStatus& status, StatusWriter& writer) {
@@ -184,7 +204,7 @@ void ReportCalls(const ServiceStatus& status, StatusWriter& writer) {
         writer.Begin({});
         writer.Number("client", call.clientHandle);
         writer.Text("callback", call.what);
-        writer.Duration("for", status.now.steady - call.since);
+        writer.Duration("for", Since(call.since, status));
         writer.End();
     }
     writer.End();
@@ -196,6 +216,7 @@ void ReportChanges(const ServiceStatus& status, StatusWriter& writer) {
         writer.Begin({});
         writer.Time("at", change.when.wall);
         writer.Text("change", change.what);
+        ReportPid(change.pid, writer);
         if (change.clientHandle != 0) writer.Number("client", change.clientHandle);
         if (change.cameraDevice != Change::kNone) writer.Number("camera", change.cameraDevice);
         if (change.sensorId != Change::kNone) writer.Number("sensor", change.sensorId);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,7 @@ class StatusWriter {
 
     virtual void Text(std::string_view name, std::string_view text) = 0;
     virtual void Number(std::string_view name, int64_t number) = 0;
+    virtual void Numbers(std::string_view name, std::span<const int32_t> numbers) = 0;
     virtual void Flag(std::string_view name, bool flag) = 0;
     /** Service types: their names for people. */
     virtual void Types(std::string_view name, int32_t types) = 0;

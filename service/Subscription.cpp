@@ -21,13 +21,12 @@ void LogSubscribed(const char* who, int64_t clientHandle, const SensorConfigInfo
 }  // namespace
 
 SensorConfigInfo AONService::ComputeSensorConfigLocked() {
-    SensorConfigInfo merged = MergeSensorConfigs(mSensorConfigMap);
+    const SensorConfigInfo merged = MergeSensorConfigs(mSensorConfigMap);
     if (merged.deliveryMode == kDeliveryModeConflict) {
         AON_LOGW(kWho,
                  "computed deliveryMode is -1, some config not right, force set to TIME_BASED");
-        merged.deliveryMode = DELIVERY_MODE_TIME_BASED;
     }
-    return merged;
+    return ForStream(merged);
 }
 
 bool AONService::CheckSubscribeServiceType(int64_t clientHandle, int32_t serviceType) {

@@ -85,6 +85,12 @@ class TextWriter : public StatusWriter {
     void Number(std::string_view name, int64_t number) override {
         Text(name, std::to_string(number));
     }
+    void Numbers(std::string_view name, std::span<const int32_t> numbers) override {
+        std::string list;
+        for (const int32_t number : numbers)
+            list += (list.empty() ? "" : ", ") + std::to_string(number);
+        Text(name, list.empty() ? "none" : list);
+    }
     void Flag(std::string_view name, bool flag) override { Text(name, flag ? "yes" : "no"); }
     void Types(std::string_view name, int32_t types) override { Text(name, TypesText(types)); }
     void Time(std::string_view name, Moment::Wall time) override { Text(name, TimeText(time)); }

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <thread>
 
@@ -67,9 +68,12 @@ TEST_F(FanOut, PassesOverAClientThatDoesNotAnswer) {
     EXPECT_TRUE(client.local->TakeStates().empty());
     EXPECT_EQ(mRegistry->Counters().droppedNoAnswer.Count(), 1U);
     EXPECT_EQ(mRegistry->Counters().statesFailed.Count(), 1U);
+    std::chrono::steady_clock::time_point inside;
+    client.local->SetInEvent([&] { inside = std::chrono::steady_clock::now(); });
     mRegistry->OnAONEvent(event);
     ASSERT_EQ(client.local->TakeEvents().size(), 1U);
     EXPECT_EQ(client.local->Handle(), 1);
+    EXPECT_GE(mRegistry->Counters().lastDelivered.Get(), inside);
 }
 
 TEST_F(FanOut, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
@@ -82,6 +86,7 @@ TEST_F(FanOut, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
     const RemoteCallback client, next;
     Register(client.proxy);
     EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{1, 1}, {3, 2}}));
+    EXPECT_EQ(mRegistry->Counters().statesDelivered.Count(), 2U);
     EXPECT_EQ(client.local->Handle(), 1);
     Report(3, 0);
     EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{3, 0}}));

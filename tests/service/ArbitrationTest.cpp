@@ -43,6 +43,8 @@ TEST(Arbitration, MergesConfigurationsInTheOrderOfTheirHandles) {
                                   {9, Config(6, 2, 3, 3, 2, 3)},
                                   {11, Config(6, -1, -1, -1, 0, 1)}}),
               Merged(4, 5, 9, 3, 11, -1));
+    EXPECT_EQ(ForStream(Merged(4, 5, 9, 3, 11, -1)), Merged(4, 5, 9, 3, 11, 1));
+    EXPECT_EQ(ForStream(Merged(4, 5, 9, 3, 11, 2)), Merged(4, 5, 9, 3, 11, 2));
 }
 
 TEST(Arbitration, NamesTheFirstFieldThatDoesNotFit) {

@@ -1,37 +1,12 @@
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <future>
 
-#include "service/StatusWriter.h"
-#include "tests/service/ServiceFixture.h"
+#include "service/StatusReport.h"
+#include "tests/service/DumpFixture.h"
 
 namespace zarvo::test {
 namespace {
 
-/** Looks at the service as `dumpsys` does. */
-class Dump : public ServiceFixture {
-  protected:
-    std::string Look(std::vector<const char*> args = {}, binder_status_t expected = STATUS_OK) {
-        const int fd = memfd_create("dump", MFD_CLOEXEC);
-        EXPECT_EQ(AIBinder_dump(service->asBinder().get(), fd, args.data(),
-                                static_cast<uint32_t>(args.size())),
-                  expected);
-        std::string text(static_cast<size_t>(lseek(fd, 0, SEEK_END)), '\0');
-        EXPECT_EQ(pread(fd, text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
-        close(fd);
-        return text;
-    }
-    static void ExpectParts(const std::string& text, const std::vector<std::string>& parts) {
-        for (const std::string& part : parts)
-            EXPECT_NE(text.find(part), std::string::npos) << part << " is not in\n" << text;
-    }
-    void Deliver(uint32_t serviceType) {
-        const auto event = std::make_unique<aov_event>();
-        event->serviceType = serviceType;
-        stream.Callback()->onCallback(event.get());
-    }
-};
+using Dump = DumpFixture;
 
 TEST_F(Dump, TellsWhoIsThereWhatRunsAndWhatHappened) {
     ExpectParts(Look(), {"hash: 300d", "registered clients: none\n", "open cameras: none\n",
@@ -42,17 +17,18 @@ TEST_F(Dump, TellsWhoIsThereWhatRunsAndWhatHappened) {
     Deliver(3);
     ExpectParts(
             Look(),
-            {"-  client 1  pid " + std::to_string(getpid()) + "  uid " + std::to_string(getuid()),
+            {"-  client 1  " + pid + "  uid " + std::to_string(getuid()),
              "-  client 1  registered 7 (fusion, face angle, gaze)  started 3 (fusion, face angle)",
              "subscribed yes  sensor 2  width 640  height 480  fps 10", "running: yes\n",
              "on sensor: 2\n", "running types: 3 (fusion, face angle)\n",
              "-  sensor 2  state started\n", "from the stream: 1\n", "delivered: 1\n",
              "last delivered ago: 0.", "inside clients: none\n",
-             "change startService  client 1  types 8 (face feature)  reason start service type"});
+             "change startService  " + pid +
+                     "  client 1  types 8 (face feature)  reason start service type"});
     const auto manager = aon::AONManager::GetSingleton();
     manager->NotifyOpen(5);
     client.callback->WaitForStates(1);
-    ExpectParts(Look(), {"-  camera 5  sensors 1  first sensor 2\n", "-  sensor 2  state busy\n",
+    ExpectParts(Look(), {"-  camera 5  sensors 2\n", "-  sensor 2  state busy\n",
                          "change camera opened  camera 5\n",
                          "change stream stopped  sensor 2  reason for a camera\n"});
     client.Die();
@@ -77,24 +53,42 @@ TEST_F(Dump, CountsWhyEventsAreDropped) {
                          "dropped without client: 1\n", "delivered: 1\n"});
 }
 
-TEST_F(Dump, AnswersWhileAClientHangsInItsCallback) {
+TEST_F(Dump, TellsTheMergeAsTheStreamGetsIt) {
     RemoteClient client(service);
     client.Register(3);
-    client.Subscribe(RemoteClient::Config(1, 3));
-    std::promise<void> inside, release;
-    client.callback->SetInState([&, first = true]() mutable {
-        if (!std::exchange(first, false)) return;
-        inside.set_value();
-        release.get_future().wait();
-    });
-    auto starting = std::async(std::launch::async, [&] { return client.Start(3); });
-    inside.get_future().wait();
-    ExpectParts(Look(), {"operation under way:\n  name: startService\n",
-                         "-  client 1  callback onSensorStateChanged  for ",
-                         "wishes: an operation has the service's lock\n", "running: yes\n"});
-    release.set_value();
-    EXPECT_EQ(starting.get(), kOk);
-    EXPECT_EQ(Look().find("operation under way"), std::string::npos);
+    auto config = RemoteClient::Config(1, 3);
+    config.deliveryMode = -1;
+    client.Subscribe(config);
+    ExpectParts(Look(), {"fps 10  types 3 (fusion, face angle)  delivery mode -1\n",
+                         "merged wishes:\n  started: 0\n  sensor: 1\n  width: 640\n"
+                         "  height: 480\n  fps: 10\n  types: 3 (fusion, face angle)\n"
+                         "  delivery mode: 1\n"});
+}
+
+TEST_F(Dump, KeepsTheStatesThatTheNextClientIsNotTold) {
+    RemoteClient first(service), second(service);
+    first.Register(3);
+    const auto manager = aon::AONManager::GetSingleton();
+    manager->NotifyOpen(5);
+    first.callback->WaitForStates(1);
+    second.Register(3);
+    EXPECT_TRUE(second.callback->TakeStates().empty());
+    ExpectParts(Look(), {"-  sensor 2  state busy\n", "change sensor states forgotten\n",
+                         "change client replaced  " + pid + "  client 1\n"});
+    manager->NotifyClose(5);
+    manager->NotifyClose(5);
+    EXPECT_EQ(Look().find("-  sensor 2"), std::string::npos);
+}
+
+TEST_F(Dump, TellsARefusedRestartApartFromTheStop) {
+    RemoteClient client(service);
+    Run(client, 3, 3);
+    stream.startFault.FailCalls(1, 1);
+    EXPECT_EQ(client.Stop(1), kOk);
+    ExpectParts(Look(), {"change stopService  " + pid + "  client 1  types 1 (fusion)\n",
+                         "change restart  " + pid +
+                                 "  client 1  types 2 (face angle)  reason aon manager "
+                                 "StartService failed\n"});
 }
 
 TEST_F(Dump, AnswersItsCallersOwnOperation) {
@@ -108,9 +102,11 @@ TEST_F(Dump, AnswersItsCallersOwnOperation) {
 }
 
 TEST_F(Dump, RefusesWhatItDoesNotKnowWithItsHelp) {
-    ExpectParts(Look({"--bla"}, STATUS_BAD_VALUE), {"usage: dump [--json] [--help]"});
+    ExpectParts(Look({"--bla"}, STATUS_BAD_VALUE), {"usage: dump [-a] [--json] [--help]"});
     ExpectParts(Look({"--json", nullptr}, STATUS_BAD_VALUE), {"usage: dump"});
     ExpectParts(Look({"--json", "--help"}), {"usage: dump"});
+    EXPECT_TRUE(Look({"-a"}).starts_with("service:\n"));
+    EXPECT_TRUE(Look({"--json", "-a"}).starts_with("{"));
     EXPECT_EQ(service->dump(-1, nullptr, 0), STATUS_UNKNOWN_ERROR);
 }
 
@@ -118,6 +114,7 @@ TEST_F(Dump, SpeaksJson) {
     const std::string text = Look({"--json"});
     EXPECT_TRUE(text.starts_with(R"({"service":{"version":")")) << text;
     EXPECT_TRUE(text.ends_with("]}\n")) << text;
+    ExpectParts(text, {R"("registeredClients":[)", R"("wishes":[)", R"("stream":{)"});
     const auto writer = aon::MakeJsonWriter();
     writer->Begin("one thing");
     writer->Text("quoted text", "a \"b\" \\");
@@ -126,14 +123,27 @@ TEST_F(Dump, SpeaksJson) {
     writer->BeginList("list");
     writer->Begin({});
     writer->Types("types", 3);
+    writer->Numbers("many", std::array{1, -2});
+    writer->Numbers("no", {});
     writer->Duration("for", std::chrono::microseconds(1500));
     writer->End();
     writer->Begin({});
     writer->End();
     writer->End();
     EXPECT_EQ(writer->Result(), R"({"oneThing":{"quotedText":"a \"b\" \\","yes":true},)"
-                                R"("list":[{"types":3,"for":1},{}]})"
+                                R"("list":[{"types":3,"many":[1,-2],"no":[],"for":1},{}]})"
                                 "\n");
+}
+
+TEST_F(Dump, GivesWhatItCouldNotKnowAnotherNameAndNothingANegativeAge) {
+    aon::ServiceStatus status;
+    status.created = aon::Moment::Now();
+    const auto writer = aon::MakeJsonWriter();
+    aon::ReportStatus(status, *writer);
+    ExpectParts(writer->Result(), {R"("upFor":0})", R"("registeredClientsUnknown":"no registry")",
+                                   R"("wishesUnknown":"somebody has the service's lock")",
+                                   R"("streamUnknown":"no stream manager")"});
+    EXPECT_EQ(writer->Result().find(R"("stream":)"), std::string::npos);
 }
 
 }  // namespace

@@ -1,0 +1,155 @@
+#include <atomic>
+#include <functional>
+#include <future>
+#include <thread>
+
+#include "tests/service/DumpFixture.h"
+
+namespace zarvo::test {
+namespace {
+
+using Hook = std::function<void()>;
+using DumpRace = DumpFixture;
+
+/** Far more than it takes, for a machine that has other things to do. */
+constexpr std::chrono::seconds kSoon{10};
+
+/** Something hangs, somewhere inside, until it is released. */
+class DumpWhileBusy : public DumpFixture {
+  protected:
+    /** Where the first one who comes hangs. */
+    void Hang() {
+        if (mHung.exchange(true)) return;
+        mInside.set_value();
+        mRelease.get_future().wait();
+    }
+    /** Runs what comes to Hang(), and gives what is seen meanwhile. */
+    std::string LookDuring(Hook busy) {
+        auto working = std::async(std::launch::async, std::move(busy));
+        mInside.get_future().wait();
+        auto looking = std::async(std::launch::async, [&] { return Look(); });
+        EXPECT_EQ(looking.wait_for(kSoon), std::future_status::ready);
+        mRelease.set_value();
+        working.get();
+        EXPECT_EQ(Look().find("operation under way"), std::string::npos);
+        return looking.get();
+    }
+
+  private:
+    std::atomic<bool> mHung{false};
+    std::promise<void> mInside, mRelease;
+};
+
+TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAState) {
+    RemoteClient client(service);
+    client.Register(3);
+    client.Subscribe(RemoteClient::Config(1, 3));
+    client.callback->SetInState([&] { Hang(); });
+    ExpectParts(LookDuring([&] { client.Start(3); }),
+                {"operation under way:\n  name: startService\n  "
+                 "pid: " +
+                         std::to_string(getpid()),
+                 "-  client 1  callback onSensorStateChanged  for ",
+                 "wishes unknown: somebody has the service's lock\n", "running: yes\n"});
+}
+
+TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAnEvent) {
+    RemoteClient client(service);
+    Run(client, 3, 3);
+    client.callback->SetInEvent([&] { Hang(); });
+    ExpectParts(LookDuring([&] { Deliver(3); }),
+                {"-  client 1  callback onAONEvent  for ", "-  client 1  registered 3",
+                 "from the stream: 1\n", "delivered: 0\n"});
+}
+
+TEST_F(DumpWhileBusy, AnswersWhileTheStreamHangs) {
+    RemoteClient client(service);
+    Run(client, 3, 3);
+    stream.SetHooks({}, [&] { Hang(); });
+    ExpectParts(LookDuring([&] { client.Stop(3); }),
+                {"operation under way:\n  name: stopService\n", "inside clients: none\n"});
+    stream.SetHooks({}, {});
+}
+
+/** A client that answers one of the questions at registration late. */
+class LateCallback : public aidl::vendor::zarvo::hardware::camera::aon::IAONServiceCallBackDefault {
+  public:
+    LateCallback(Hook inVersion, Hook inHash)
+        : mInVersion(std::move(inVersion)), mInHash(std::move(inHash)) {}
+
+    ndk::SpAIBinder asBinder() override { return mReal->asBinder(); }
+    ndk::ScopedAStatus getInterfaceVersion(int32_t* answer) override {
+        if (mInVersion) mInVersion();
+        return mReal->getInterfaceVersion(answer);
+    }
+    ndk::ScopedAStatus getInterfaceHash(std::string* answer) override {
+        if (mInHash) mInHash();
+        return mReal->getInterfaceHash(answer);
+    }
+
+  private:
+    const std::shared_ptr<RecordingCallback> mReal = ndk::SharedRefBase::make<RecordingCallback>();
+    const Hook mInVersion, mInHash;
+};
+
+class DumpWhileAsking : public DumpWhileBusy {
+  protected:
+    void ExpectSeen(const std::shared_ptr<LateCallback>& callback, const std::string& question) {
+        int64_t handle = 0;
+        ExpectParts(LookDuring([&] { service->registerClient(callback, 3, &handle); }),
+                    {"operation under way:\n  name: registerClient\n",
+                     "-  client 0  callback " + question + "  for ", "registered clients: none\n"});
+        EXPECT_EQ(handle, 1);
+    }
+};
+
+TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsVersion) {
+    ExpectSeen(ndk::SharedRefBase::make<LateCallback>([&] { Hang(); }, Hook()),
+               "getInterfaceVersion");
+}
+
+TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsHash) {
+    ExpectSeen(ndk::SharedRefBase::make<LateCallback>(Hook(), [&] { Hang(); }), "getInterfaceHash");
+}
+
+TEST_F(DumpRace, RacesWithAllThatItShows) {
+    const auto manager = aon::AONManager::GetSingleton();
+    std::atomic<bool> done{false};
+    const auto repeat = [&](Hook what) {
+        return std::thread([&done, what = std::move(what)] {
+            while (!done)
+                what();
+        });
+    };
+    std::thread others[] = {
+            repeat([&] {
+                ExpectParts(Look(), {"service:\n", "latest changes:"});
+            }),
+            repeat([&] { ExpectParts(Look({"--json"}), {R"("latestChanges":[)"}); }),
+            repeat([&, event = std::make_shared<aov_event>()] {
+                manager->onCallback(event.get());
+            }),
+            repeat([&] {
+                manager->NotifyOpen(5);
+                manager->NotifyClose(5);
+            })};
+    for (int i = 0; i < 30; ++i) {
+        RemoteClient client(service);
+        EXPECT_EQ(client.Register(3), kOk);
+        client.Subscribe(RemoteClient::Config(1, 3));
+        client.Start(3);
+        client.Stop(1);
+        client.Stop(3);
+        client.Unsubscribe();
+        EXPECT_EQ(client.Unregister(), kOk);
+    }
+    done = true;
+    for (std::thread& other : others)
+        other.join();
+    manager->NotifyClose(5);
+    manager->NotifyClose(5);
+    ExpectParts(Look(), {"registered clients: none\n", "wishes: none\n", "open cameras: none\n"});
+}
+
+}  // namespace
+}  // namespace zarvo::test
