@@ -136,6 +136,12 @@ expect 0 '' camera close 0
 until_seen STARTED 2
 expect 0 '' scene nobody
 until_seen 'faces 0'
+
+# A client's process that stands still holds nobody up who only looks.
+kill -STOP $watcher
+check 'a client that hangs is seen' timeout 60 sh -c \
+    'until "$1" dump | grep -q "client 1  callback onAONEvent"; do sleep 0.05; done' sh "$aonctl"
+kill -CONT $watcher
 kill -INT $watcher
 wait $watcher || failures=$((failures + 1))
 

@@ -31,12 +31,14 @@ namespace {
 using Trace = ServiceFixture;
 
 TEST_F(Trace, HasEveryOperationAndEveryPartOfAnEvent) {
-    RemoteClient client(service);
+    // A plain word, as on the phone: it is set while nobody else runs.
     atrace_enabled_tags = ATRACE_TAG_CAMERA;
+    RemoteClient client(service);
     Run(client, 1, 1);
     aov_event event{};
     stream.Callback()->onCallback(&event);
     client.Stop(1);
+    client.Die();
     atrace_enabled_tags = 0;
     const std::lock_guard lock(gMutex);
     EXPECT_EQ(gSections, (Lines{"registerClient",
@@ -60,6 +62,8 @@ TEST_F(Trace, HasEveryOperationAndEveryPartOfAnEvent) {
                                 "",
                                 "aon client onSensorStateChanged",
                                 "",
+                                "",
+                                "client died",
                                 ""}));
 }
 
