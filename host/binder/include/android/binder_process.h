@@ -10,8 +10,8 @@ extern "C" {
 
 /*
  * The threads on which this process is called. Without any nobody calls it, but for calls back to a
- * thread that is itself inside a call: a service is not reached, a client gets no events and is told
- * no deaths.
+ * thread that is itself inside a call: a service is not reached, a client gets no events and is
+ * told no deaths.
  */
 
 /** How many threads, besides the one that startThreadPool makes, may serve one other process;
