@@ -62,5 +62,7 @@ if(AON_PHONE_FLAGS)
     message(FATAL_ERROR "AON_PHONE_FLAGS needs clang++")
   endif()
   target_compile_options(aon_phone_options INTERFACE -stdlib=libc++ -fno-rtti -fno-exceptions)
-  target_link_options(aon_phone_options INTERFACE -stdlib=libc++)
+  # The phone's linker also refuses a version script that names what is not there.
+  target_link_options(aon_phone_options INTERFACE -stdlib=libc++ -fuse-ld=lld
+                                                  -Wl,--no-undefined-version)
 endif()

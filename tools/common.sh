@@ -6,7 +6,7 @@ readonly FORMAT_PACKAGES=(git clang-format-14)
 readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
                             libclang-rt-14-dev llvm-14)
 readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
-                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev lld-14
                         "${FORMAT_PACKAGES[@]}" clang-tidy-14 shellcheck checkpolicy m4
                         libxml2-utils g++-aarch64-linux-gnu qemu-user)
 

@@ -7,7 +7,7 @@ readonly STEPS=(
     "gcc|a build with g++, all tests"
     "asan|a build with clang, all tests under the address and undefined-behaviour sanitizers"
     "tsan|a build with clang, all tests under the thread sanitizer"
-    "phone|the library's sources with libc++, no RTTI and no exceptions, as on the phone"
+    "phone|the library and its program with libc++, lld, no RTTI and no exceptions, as on the phone"
     "arm64|a build for the phone's processor; codec, parser and layout tests in an emulator"
     "tidy|the static analysis of all C++ sources"
 )
@@ -98,7 +98,7 @@ step_tsan() {
 
 step_phone() {
     build libcxx
-    printf 'compiled only\n'
+    printf 'compiled and linked only\n'
 }
 
 step_arm64() {

@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     if (!zarvo::host::PublishHostControls(service.get())) return EXIT_FAILURE;
+    ABinderProcess_startThreadPool();
     ABinderProcess_joinThreadPool();
     zarvo::host::EndHostControls();
     return EXIT_SUCCESS;

@@ -1,6 +1,7 @@
 #!/bin/bash
 # What goes into a vendor image, checked with what a Linux machine has: Packaging.sh ROOT SOURCES,
-# where SOURCES lists the files that CMake compiles into the rooms and the service's program.
+# where each file of the folder SOURCES bears the name of a target of CMake, and lists the folder
+# that the target is made in and the sources that it is made of.
 set -u
 root="$1"
 sources="$2"
@@ -17,17 +18,38 @@ same() {
 }
 
 # Build files: what lies in the folders, what CMake compiles and what Android.bp names are the same.
+compiled() {
+    local target folder
+    for target in "$@"; do
+        {
+            read -r folder
+            (cd "$folder" && xargs -r -d '\n' realpath -m --relative-to="$OLDPWD")
+        } <"$sources/$target"
+    done
+}
+# holds FOLDERS TARGET...: the targets compile all sources of FOLDERS, and no others there.
+holds() {
+    local folders="$1"
+    shift
+    # shellcheck disable=SC2086
+    find ${folders//|/ } -name '*.cpp' | sort >"$work/there"
+    compiled "$@" | grep -E "^($folders)/" | sort -u >"$work/cmake"
+    same "the sources of $folders against CMake" "$work/there" "$work/cmake"
+}
 rooms='callbacks|events|manager|service'
-find callbacks events manager service fuzz -name '*.cpp' | sort >"$work/there"
-sed "s,^$PWD/,," "$sources" | grep -E "^($rooms)/" | sort >"$work/cmake"
-grep -E "^($rooms)/" "$work/there" >"$work/rooms"
-same 'CMake against the rooms' "$work/rooms" "$work/cmake"
-grep -oE '"[^" ]+/[^" ]+\.[a-z]+"' Android.bp | tr -d '"' | sort >"$work/named"
-grep -E "^($rooms|fuzz)/.*\.cpp\$" "$work/named" >"$work/bp"
-same 'Android.bp against the folders' "$work/there" "$work/bp"
+others='fuzz|tests/conformance|host/service'
+holds "$rooms" aon_rooms
+holds fuzz event_fuzzer
+holds tests/conformance aon_conformance_test
+holds host/service aon_phone_program vendor.zarvo.hardware.camera.aon-service
+grep -oE '"[^" ]+/[^" ]+\.[a-z]+"' Android.bp | tr -d '"' >"$work/named"
 while read -r file; do
-    compgen -G "$file" >/dev/null || fail "Android.bp names $file, which is not there"
+    compgen -G "$file" >>"$work/found" || fail "Android.bp names $file, which is not there"
 done <"$work/named"
+grep -E "^($rooms|$others)/.*\.cpp\$" "$work/found" | sort >"$work/bp"
+compiled aon_rooms event_fuzzer aon_conformance_test aon_phone_program |
+    grep -E "^($rooms|$others)/" | sort -u >"$work/cmake"
+same 'what CMake compiles for a phone against Android.bp' "$work/cmake" "$work/bp"
 
 # The service under its name, everywhere.
 program=vendor.zarvo.hardware.camera.aon-service
@@ -59,11 +81,12 @@ compile() {
 }
 compile user
 compile userdebug $policy/debug/*.te
-# On a user's phone nobody writes dumps or turns on what shows faces.
-grep -nE 'aon_dump_data_file|^allow shell vendor_aon|property_service set' "$work/user.conf" &&
-    fail 'the policy of a user build allows dumps or switches'
-grep -q '^allow shell vendor_aon_debug_prop:property_service set' "$work/userdebug.conf" ||
-    fail 'nobody can switch on a userdebug build'
+# Whatever shows faces is root's alone to turn on, and dumps are not for users' phones at all.
+grep -nE '^ *allow .*:property_service' "$work"/user*.conf &&
+    fail 'the policy lets somebody set switches'
+grep -n aon_dump_data_file "$work/user.conf" && fail 'the policy of a user build allows dumps'
+grep -q '^ *allow hal_aon_default aon_dump_data_file' "$work/userdebug.conf" ||
+    fail 'the policy of a userdebug build allows no dumps'
 grep -rqE '^/data/aon' $policy/vendor && fail 'a user build labels /data/aon'
 
 # Every label is a type of the policy.

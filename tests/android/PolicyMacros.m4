@@ -11,7 +11,11 @@ allow $1 $2:binder { call transfer };
 allow $2 $1:binder transfer;
 allow $1 $2:fd use;')
 define(`add_service', `
-allow $1 $2:service_manager { add find };')
+allow $1 $2:service_manager { add find };
+neverallow { domain -$1 } $2:service_manager add;
+userdebug_or_eng(`
+  allow $1 su:tcp_socket { accept getopt read write };
+')')
 define(`get_prop', `
 allow $1 $2:file { getattr open read map };')
 define(`set_prop', `
@@ -20,5 +24,7 @@ allow $1 init:unix_stream_socket connectto;
 allow $1 $2:property_service set;
 get_prop($1, $2)')
 define(`vendor_internal_prop', `
-type $1, property_type;')
+type $1, property_type;
+neverallow { coredomain -init -dumpstate } $1:file { open read write };
+neverallow { coredomain -init } $1:property_service set;')
 define(`userdebug_or_eng', ifelse(BUILD_VARIANT, `user', `', `$1'))

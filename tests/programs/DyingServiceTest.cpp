@@ -118,6 +118,22 @@ TEST_F(DyingService, IsWaitedForThroughTheDeathOfOneThatDidNotAnswer) {
     ExpectServes(*found.get());
 }
 
+TEST_F(DyingService, AnswersOthersWhileItWaitsForAClient) {
+    const auto process = Start();
+    const auto service = Await();
+    std::future<binder_status_t> answer;
+    callback->SetInState([&] {
+        // From a thread of its own, as from another client: nobody waits for it.
+        answer = std::async(std::launch::async,
+                            [binder = service->asBinder()] { return AIBinder_ping(binder.get()); });
+        EXPECT_EQ(answer.wait_for(kPatience), std::future_status::ready);
+    });
+    ASSERT_NO_FATAL_FAILURE(Prepare(*service));
+    EXPECT_TRUE(service->startService(1, kFusion).isOk());
+    ASSERT_TRUE(answer.valid());
+    EXPECT_EQ(answer.get(), STATUS_OK);
+}
+
 TEST_F(DyingService, KeepsItsNameFromASecondOne) {
     const auto first = Start();
     const auto service = Await();

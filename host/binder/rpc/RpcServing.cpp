@@ -4,6 +4,7 @@
 #include "host/binder/BinderLog.h"
 #include "host/binder/rpc/CallContext.h"
 #include "host/binder/rpc/RpcSession.h"
+#include "host/binder/rpc/Turn.h"
 
 namespace zarvo::host {
 
@@ -160,6 +161,7 @@ binder_status_t RpcSession::Execute(Connection& connection, LocalBinder& target,
         BINDER_LOGE("a call is refused: it would be inside %d others", wire::kMostNestedCalls);
         return STATUS_FAILED_TRANSACTION;
     }
+    const Turn turn;
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
     const CallContext context(
             this, &connection,

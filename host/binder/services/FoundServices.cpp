@@ -23,7 +23,7 @@ constexpr std::chrono::seconds kLetCallTime{5};
 
 void LetCall(RpcSession& session, Deadline deadline) {
     const ThreadPool& pool = ThreadPool::Instance();
-    if (!pool.IsStarted()) return;
+    if (!pool.IsServing()) return;
     const uint32_t threads = std::min(pool.Threads(), kMostIncoming);
     if (!session.OpenIncoming(threads, deadline) && session.IsAlive()) {
         BINDER_LOGE("a service cannot call this process: no connection or no thread");

@@ -33,7 +33,7 @@ binder_exception_t PublishedServices::Publish(const std::string& instance, Ref<A
     const auto result =
             Listener::Open(*directory, instance, std::move(server), replaced, &service.listener);
     if (result != EX_NONE) return result;
-    if (ThreadPool::Instance().IsStarted()) service.listener->Start();
+    if (ThreadPool::Instance().IsServing()) service.listener->Start();
     std::swap(service, mServices[instance]);
     return EX_NONE;
 }

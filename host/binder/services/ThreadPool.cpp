@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "host/binder/rpc/Turn.h"
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 
@@ -26,9 +27,9 @@ void ThreadPool::Start() {
         const std::lock_guard lock(mMutex);
         if (mStarted) return;
         mStarted = true;
+        Turn::SetOneAtATime(false);
     }
-    PublishedServices::Instance().Start();
-    FoundServices::Instance().Start();
+    LetCall();
 }
 
 bool ThreadPool::IsStarted() const {
@@ -36,8 +37,18 @@ bool ThreadPool::IsStarted() const {
     return mStarted;
 }
 
+bool ThreadPool::IsServing() const {
+    const std::lock_guard lock(mMutex);
+    return mStarted || mJoined;
+}
+
 void ThreadPool::Join() {
-    Start();
+    {
+        const std::lock_guard lock(mMutex);
+        mJoined = true;
+        Turn::SetOneAtATime(!mStarted);
+    }
+    LetCall();
     std::unique_lock lock(mMutex);
     mChanged.wait(lock, [this] { return mStopped; });
 }
@@ -52,6 +63,11 @@ uint32_t ThreadPool::Threads() const {
     constexpr uint32_t kMost = 64;
     const std::lock_guard lock(mMutex);
     return std::min(mMaxThreads, kMost - 1) + 1;
+}
+
+void ThreadPool::LetCall() {
+    PublishedServices::Instance().Start();
+    FoundServices::Instance().Start();
 }
 
 }  // namespace zarvo::host

@@ -18,7 +18,10 @@ class [[gnu::visibility("default")]] ThreadPool {
     /** Lets what is published and found be called. */
     void Start();
     bool IsStarted() const;
-    /** Waits for Stop. */
+    /** Whether this process may be called: the pool is started or joined. */
+    bool IsServing() const;
+    /** Lets this process be called, by one call at a time unless the pool is started, and waits for
+     * Stop. */
     void Join();
     /** Lets Join return: the program is about to end. */
     void Stop();
@@ -28,6 +31,8 @@ class [[gnu::visibility("default")]] ThreadPool {
   private:
     ThreadPool() = default;
 
+    static void LetCall();
+
     static constexpr uint32_t kDefaultMaxThreads = 15;
 
     mutable std::mutex mMutex;
@@ -35,6 +40,7 @@ class [[gnu::visibility("default")]] ThreadPool {
     // All of the following: mMutex.
     uint32_t mMaxThreads = kDefaultMaxThreads;
     bool mStarted = false;
+    bool mJoined = false;
     bool mStopped = false;
 };
 
