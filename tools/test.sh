@@ -8,6 +8,7 @@ readonly STEPS=(
     "asan|a build with clang, all tests under the address and undefined-behaviour sanitizers"
     "tsan|a build with clang, all tests under the thread sanitizer"
     "phone|the library's sources with libc++, no RTTI and no exceptions, as on the phone"
+    "prove|the proof of the arbitration, on a model of its locks"
     "tidy|the static analysis of all C++ sources"
 )
 

@@ -1,7 +1,7 @@
 /*
- * The world around the library: two client processes, of which one hangs and dies when it likes, and
- * two camera devices, both with the stream's sensor. How to run it: ./aon prove. What it says:
- * docs/arbitration.md.
+ * The world around the library: two client processes, of which one hangs and dies when it likes,
+ * and two camera devices, both with the stream's sensor. To run it: ./aon prove. What it proves and
+ * what it leaves out: docs/arbitration.md.
  *
  * Without a switch this is the proof. Each switch lets one hazard in and asks only for that:
  *
@@ -11,8 +11,8 @@
  */
 
 mtype = { notification_thread, binder_thread, death_notice, camera_thread,  /* THREAD */
-          getInterfaceVersion, onSensorStateChanged,                        /* calls of a client */
-          started, busy, idle,                                              /* states of the sensor */
+          getInterfaceVersion, onSensorStateChanged,                        /* what is called */
+          started, busy, idle,                                              /* sensor states */
           unlinked, linked, refused };                                      /* deathLink */
 
 #define DEVICES 2
@@ -82,8 +82,7 @@ inline whileItHangs() {
  * is not repeated here: the binder threads do it. */
 inline mayCallBack() {
     if
-    :: !died ->
-       atomic { lock(AONService_mLock); unlock(AONService_mLock) }
+    :: atomic { !died -> lock(AONService_mLock); unlock(AONService_mLock) }
     :: true
     fi
 }
@@ -131,8 +130,7 @@ proctype BinderDied() {
 
 proctype CameraThread(byte device) {
     do
-    :: MAY_OPEN(device) ->
-       NotifyOpen(device);
+    :: NotifyOpen(device);
        if
        :: NotifyClose(device)
        :: break
@@ -151,14 +149,16 @@ init {
         run BinderThread(MORTAL)
     };
     timeout;
+    printf("camera_thread: waits still, and nothing else can move\n");
     assert(AONManager_mNotifyMutex == 0)
 #elif defined HAZARD_OPEN_OVERTAKES_CLOSE
         run BinderThread(NEXT)
-    }  /* CAMERA_WINS is asked for all the time */
+    }  /* CAMERA_WINS is asked all the time */
 #elif defined HAZARD_LATE_NOTICE
         run BinderThread(NEXT)
     };
     AT_REST;
+    printf("binder_thread: the client was last told %e, and no stream runs\n", mSensorStates);
     assert(mSensorStates != started || mOpenedSensorId)
 #else
         run BinderThread(NEXT);

@@ -1,6 +1,7 @@
 /*
- * What the library does with its locks, function by function. The function CLASS::NAME is the inline
- * CLASS_NAME, or NAME where only one class has it; the lock CLASS::NAME is CLASS_NAME.
+ * What the library does with its locks, function by function. The function CLASS::NAME is the
+ * inline CLASS_NAME, or NAME where only one class has it; the lock CLASS::NAME is CLASS_NAME. Other
+ * members keep their names.
  *
  * There is one handle, and one sensor that the stream runs on. A set of service types is empty or
  * not; a decision that hangs on sets, sizes or rates is left open, both ways. `admitted` is the
@@ -147,19 +148,27 @@ inline AONManager_SubscribeSensor() {
 
 inline NotifyOpen(device) {
     atomic {
+        MAY_OPEN(device);
         lock(AONManager_mMutex);
+        if
+        :: mOpenDeviceMap[device] ->
+           printf("%e: NotifyOpen(%d): finds itself in mOpenDeviceMap\n", THREAD, device)
+        :: else -> printf("%e: NotifyOpen(%d): enters mOpenDeviceMap\n", THREAD, device)
+        fi;
         mOpenDeviceMap[device] = true;
         mOpenedSensorId = false;
         cameraHolds[device] = true;
-        printf("%e: NotifyOpen(%d): stands in mOpenDeviceMap, no stream runs\n", THREAD, device);
         unlock(AONManager_mMutex)
     };
     LaunchNotification(true, device)
 }
 
 inline NotifyClose(device) {
-    atomic { cameraHolds[device] = false; printf("%e: NotifyClose(%d)\n", THREAD, device) };
-    LaunchNotification(false, device)
+    atomic {
+        cameraHolds[device] = false;
+        printf("%e: NotifyClose(%d)\n", THREAD, device);
+        LaunchNotification(false, device)
+    }
 }
 
 inline LaunchNotification(opens, device) {
@@ -174,12 +183,15 @@ inline LaunchNotification(opens, device) {
         mNotifyFuture = true;
         taskOpens = opens;
         taskDevice = device;
-        printf("%e: launches its notification\n", THREAD);
+        if
+        :: opens -> printf("%e: launches ReportOpen(%d)\n", THREAD, device)
+        :: else -> printf("%e: launches ReportClose(%d)\n", THREAD, device)
+        fi;
         unlock(AONManager_mNotifyMutex)
     }
 }
 
-/* ---- AONService ---- */
+/* ---- AONService. `local` tells spin that mLock keeps all others away from these. ---- */
 
 local byte mRegisterCallbackMap;  /* the client that is registered, as the service knows it */
 local bool mSensorConfigMap;      /* it is subscribed */
@@ -270,10 +282,10 @@ inline unregisterClient() {
 
 /* An operation of the client's choice, from begin to end of the class Operation. */
 inline Operation(client) {
-    atomic { lock(AONService_mLock) };
     if
-    :: registerClient(client)
-    :: CheckClientHandleRegistered();
+    :: atomic { lock(AONService_mLock) };
+       registerClient(client)
+    :: atomic { lock(AONService_mLock); CheckClientHandleRegistered() };
        if
        :: !admitted
        :: admitted -> subscribeSensor()
@@ -312,7 +324,7 @@ inline ReportClose(device) {
     atomic {
         lock(AONManager_mMutex);
         mOpenDeviceMap[device] = false;
-        printf("%e: ReportClose(%d): erases it from mOpenDeviceMap\n", THREAD, device);
+        printf("%e: ReportClose(%d): erases its device from mOpenDeviceMap\n", THREAD, device);
         unlock(AONManager_mMutex)
     };
     OnAONSensorEvent(idle);
