@@ -22,7 +22,7 @@ the registry, the notifications of cameras, and a client that hangs and dies. Sh
 the model has a switch for, step by step, and proves that with none of them let in nobody waits for
 ever and no stream runs on the sensor of an open camera. docs/arbitration.md tells more.
 
-Needs spin and gcc; builds $PROVE_WORK. About a minute, and a gigabyte of memory.
+Needs spin and gcc; builds $PROVE_WORK. About a minute, and less than a gigabyte of memory.
 Exit status: 0 when the proof holds and each hazard shows, 1 when not, 2 for a bad command line.
 HELP
 }
