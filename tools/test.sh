@@ -9,6 +9,7 @@ readonly STEPS=(
     "tsan|a build with clang, all tests under the thread sanitizer"
     "phone|the library and its program with libc++, lld, no RTTI and no exceptions, as on the phone"
     "arm64|a build for the phone's processor; codec, parser and layout tests in an emulator"
+    "prove|the proof of the arbitration, on a model of its locks"
     "tidy|the static analysis of all C++ sources"
 )
 
