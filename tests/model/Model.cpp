@@ -6,7 +6,6 @@
 namespace zarvo::test {
 namespace {
 
-constexpr int64_t kHandle = 1;
 constexpr int32_t kTimeBased = 1;
 constexpr int32_t kAllTypes = 0x3F;
 enum State { kIdle, kStarted, kBusy };
@@ -85,14 +84,8 @@ Model::Process Model::Now(User user) const {
     return {user, life == mLives.end() ? 0 : life->second};
 }
 
-int64_t Model::HandleOf(User user) const {
-    if (user == User::kMallory) return kMallorysHandle;
-    const auto handle = mHandles.find(user);
-    return handle == mHandles.end() ? 0 : handle->second;
-}
-
 Model::Client* Model::Find(User user) {
-    return mClient && HandleOf(user) == kHandle ? &*mClient : nullptr;
+    return mClient && user != User::kMallory ? &*mClient : nullptr;
 }
 
 std::string Model::RegisterNothing() {
@@ -108,7 +101,6 @@ std::string Model::Register(User user, int32_t types) {
     }
     if (!mClient) mClient.emplace().process = Now(user);
     mClient->registered = types;
-    mHandles[user] = kHandle;
     for (const auto& [sensor, state] : mSensorStates)
         TellClient(StateText(kHandle, sensor, state));
     return Granted(kHandle);
@@ -130,7 +122,6 @@ std::string Model::Unregister(User user) {
 Model::Process Model::End(User user) {
     const Process ended = Now(user);
     ++mLives[user];
-    mHandles[user] = 0;
     mTold[user].clear();
     if (mClient && mClient->process == ended) mClient->alive = false;
     return ended;

@@ -57,8 +57,7 @@ class Model : public World {
     };
 
     Process Now(User user) const;
-    int64_t HandleOf(User user) const;
-    /** The registered client, if this is its handle. */
+    /** The registered client, if it is its handle that the user has. */
     Client* Find(User user);
 
     std::string StartTypes(int32_t types);
@@ -91,7 +90,6 @@ class Model : public World {
     std::map<int, std::vector<int32_t>> mOpenCameras;
 
     std::map<User, int> mLives;
-    std::map<User, int64_t> mHandles;
     std::deque<Process> mUnnoticed;
 
     std::map<User, std::vector<std::string>> mTold;

@@ -39,15 +39,24 @@ std::map<int, std::vector<int>> WhatCamerasUse() {
     return devices;
 }
 
+int64_t HandleOf(User user) {
+    return user == User::kMallory ? kMallorysHandle : kHandle;
+}
+
 std::string Text(const ndk::ScopedAStatus& status) {
     return status.isOk() ? kOk : status.getDescription();
 }
 
 }  // namespace
 
-std::vector<RealWorld::Program>& RealWorld::Programs() {
-    static std::vector<Program> programs(std::size(kUsers));
-    return programs;
+RealWorld::Processes& RealWorld::TheProcesses() {
+    static Processes processes = [] {
+        Processes first;
+        for ([[maybe_unused]] const User user : kUsers)
+            first.push_back(std::make_unique<Process>());
+        return first;
+    }();
+    return processes;
 }
 
 RealWorld::RealWorld() {
@@ -67,8 +76,6 @@ RealWorld::~RealWorld() {
     mStream.stop();
     mStream.SetHooks({}, {}, {});
     Look("");
-    for (Program& program : mPrograms)
-        program.handle = 0;
 }
 
 void RealWorld::MakeService() {
@@ -80,15 +87,10 @@ void RealWorld::RestartService() {
     MakeService();
 }
 
-int64_t RealWorld::HandleOf(User user) {
-    return user == User::kMallory ? kMallorysHandle : At(user).handle;
-}
-
 std::string RealWorld::Register(User user, int32_t types) {
-    Program& program = At(user);
-    const auto status =
-            mService->registerClient(program.process->Callback(), types, &program.handle);
-    return status.isOk() ? Granted(program.handle) : Text(status);
+    int64_t handle = 0;
+    const auto status = mService->registerClient(At(user)->Callback(), types, &handle);
+    return status.isOk() ? Granted(handle) : Text(status);
 }
 
 std::string RealWorld::RegisterNothing() {
@@ -117,7 +119,7 @@ std::string RealWorld::Unregister(User user) {
 }
 
 std::unique_ptr<Process> RealWorld::End(User user) {
-    auto ended = std::exchange(At(user), Program()).process;
+    auto ended = std::exchange(At(user), std::make_unique<Process>());
     ended->Kill();
     return ended;
 }
@@ -189,7 +191,7 @@ Outcome RealWorld::Look(std::string answer) {
                     TakeStreamCalls(),
                     RunningText(mManager->GetServiceTypeStarted(), mStream.Running())};
     for (const User user : kUsers) {
-        for (const std::string& news : At(user).process->TakeNews())
+        for (const std::string& news : At(user)->TakeNews())
             outcome.told.push_back(std::string(NameOf(user)) + ": " + news);
     }
     return outcome;

@@ -49,25 +49,21 @@ class RealWorld : public World {
     Outcome Look(std::string answer) override;
 
   private:
-    /** A program: its process, which may serve several worlds in turn, and the handle it has. */
-    struct Program {
-        std::unique_ptr<Process> process = std::make_unique<Process>();
-        int64_t handle = 0;
-    };
+    using Processes = std::vector<std::unique_ptr<Process>>;
 
-    Program& At(User user) { return mPrograms[static_cast<size_t>(user)]; }
-    int64_t HandleOf(User user);
+    std::unique_ptr<Process>& At(User user) { return mProcesses[static_cast<size_t>(user)]; }
     std::unique_ptr<Process> End(User user);
     void MakeService();
     void WaitForCameraWork();
     void AwaitCameraNotice();
     std::vector<std::string> TakeStreamCalls();
 
-    static std::vector<Program>& Programs();
+    /** They serve several worlds in turn. */
+    static Processes& TheProcesses();
 
     const host::LogTap mSilence{[](const host::LogLine&) {}};
     ScriptedStream& mStream = ScriptedStream::Instance();
-    std::vector<Program>& mPrograms = Programs();
+    Processes& mProcesses = TheProcesses();
     std::deque<std::unique_ptr<Process>> mUnnoticed;
     /** Counts the camera notices that the stream was given. */
     std::counting_semaphore<> mCameraNotices{0};

@@ -29,17 +29,14 @@ Gen<Step> StepOf(Make make, Gen<Args>... args) {
                     [make](const std::tuple<Args...>& values) { return std::apply(make, values); });
 }
 
+/** Alice comes more often, so that not every registration puts somebody else out. */
 Gen<User> AnyClient() {
-    return RowOf<User>({User::kAlice, User::kBob, User::kCarol});
+    return RowOf<User>({User::kAlice, User::kAlice, User::kAlice, User::kBob, User::kCarol});
 }
 
 Gen<User> AnyCaller() {
-    return RowOf<User>({User::kAlice, User::kAlice, User::kAlice, User::kBob, User::kBob,
-                        User::kBob, User::kCarol, User::kCarol, User::kCarol, User::kMallory});
-}
-
-Gen<int32_t> AnyTypes() {
-    return RowOf<int32_t>({1, 3, 15, 5, 2, 7, 4, 8, 0, 0x40, -1});
+    return RowOf<User>({User::kAlice, User::kAlice, User::kAlice, User::kAlice, User::kAlice,
+                        User::kBob, User::kBob, User::kCarol, User::kCarol, User::kMallory});
 }
 
 Gen<int> AnyCamera() {
@@ -51,19 +48,19 @@ Gen<int> AnyCamera() {
 
 Gen<Step> AnyStep() {
     return gen::weightedOneOf<Step>({
-            {8, StepOf(Register, AnyClient(), RowOf<int32_t>({15, 15, 3, -1, 7, 0}))},
+            {10, StepOf(Register, AnyClient(), RowOf<int32_t>({15, 15, 15, -1, 3, 7, 0}))},
             {1, gen::just(RegisterNothing())},
-            {20, StepOf(Subscribe, AnyCaller(), AnyConfig())},
-            {24, StepOf(Start, AnyCaller(), AnyTypes())},
-            {14, StepOf(Stop, AnyCaller(), AnyTypes())},
-            {5, StepOf(Unsubscribe, AnyCaller())},
+            {22, StepOf(Subscribe, AnyCaller(), AnyConfig())},
+            {26, StepOf(Start, AnyCaller(), RowOf<int32_t>({1, 2, 3, 4, 5, 8, 7, 15, 0, 0x40}))},
+            {12, StepOf(Stop, AnyCaller(), RowOf<int32_t>({1, 2, 4, 3, 5, 15, -1, 0}))},
+            {4, StepOf(Unsubscribe, AnyCaller())},
             {5, StepOf(Unregister, AnyCaller())},
             {1, StepOf(Die, AnyClient())},
             {1, StepOf(DieUnnoticed, AnyClient())},
             {2, gen::just(TellDeath())},
             {1, gen::just(RestartService())},
-            {8, StepOf(OpenCamera, AnyCamera(), RowOf<bool>({true, true, true, false}))},
-            {8, StepOf(CloseCamera, AnyCamera())},
+            {4, StepOf(OpenCamera, AnyCamera(), RowOf<bool>({true, true, true, false}))},
+            {6, StepOf(CloseCamera, AnyCamera())},
             {2, gen::just(RefuseNextStart())},
             {2, gen::just(RefuseNextStop())},
             {1, gen::just(RefuseNextCameraNotice())},
@@ -88,14 +85,16 @@ std::string Told(const char* who, const Outcome& outcome) {
 
 Gen<Config> AnyConfig() {
     using Size = std::pair<int32_t, int32_t>;
-    return gen::map(gen::tuple(RowOf<int32_t>({1, 1, 2, 2, 3, 4}),
-                               RowOf<Size>({{640, 480}, {640, 480}, {320, 240}, {640, 240}}),
-                               RowOf<int32_t>({10, 5, 15, 30}), AnyTypes(),
-                               RowOf<int32_t>({1, 1, 0, 3, -1})),
-                    [](const std::tuple<int32_t, Size, int32_t, int32_t, int32_t>& values) {
-                        const auto& [sensor, size, fps, types, mode] = values;
-                        return MakeConfig(sensor, size.first, size.second, fps, types, mode);
-                    });
+    return gen::map(
+            gen::tuple(RowOf<int32_t>({1, 1, 1, 2, 3, 4}),
+                       RowOf<Size>({{640, 480}, {640, 480}, {640, 480}, {320, 240}, {640, 240}}),
+                       RowOf<int32_t>({10, 10, 5, 15, 30}),
+                       RowOf<int32_t>({15, 15, 7, 3, 5, 1, 2, 0, 0x40}),
+                       RowOf<int32_t>({1, 1, 0, 3, -1})),
+            [](const std::tuple<int32_t, Size, int32_t, int32_t, int32_t>& values) {
+                const auto& [sensor, size, fps, types, mode] = values;
+                return MakeConfig(sensor, size.first, size.second, fps, types, mode);
+            });
 }
 
 Gen<Story> AnyStory() {

@@ -10,10 +10,14 @@ namespace zarvo::test {
 
 using Config = aon::SensorConfigInfo;
 
-/** The programs that use the service. Mallory never registers: hers is a handle nobody was given.
+/**
+ * The programs that use the service. All use the one handle there is, also one that was not given
+ * it, or from which it went over to another: the service cannot tell. Mallory never registers, and
+ * uses a handle that nobody is given.
  */
 enum class User { kAlice, kBob, kCarol, kMallory };
 inline constexpr User kUsers[] = {User::kAlice, User::kBob, User::kCarol};
+inline constexpr int64_t kHandle = 1;
 inline constexpr int64_t kMallorysHandle = 7;
 
 /** What a step was answered, and what could be seen outside of the service until it was over. */
@@ -34,9 +38,7 @@ struct Outcome {
  * What can happen around the service, one thing after the other. Both the model and the real
  * service are one, and every step makes sense at any time: what they answer has to be the same.
  *
- * A program keeps the last handle it was given, also after the service gave it to another one. A
- * program that ends is started anew at once, and then has neither a callback known to the service
- * nor a handle.
+ * A program that ends is started anew at once, with a callback that the service does not know.
  */
 class World {
   public:
