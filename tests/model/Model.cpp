@@ -99,7 +99,7 @@ std::string Model::Register(User user, int32_t types) {
         mClient.reset();
         mSensorStates.clear();
     }
-    if (!mClient) mClient.emplace().process = Now(user);
+    if (!mClient) mClient.emplace(Now(user));
     mClient->registered = types;
     for (const auto& [sensor, state] : mSensorStates)
         TellClient(StateText(kHandle, sensor, state));

@@ -43,15 +43,17 @@ class Model : public World {
   private:
     /** One life of a program. */
     struct Process {
-        User user = User::kAlice;
-        int life = 0;
+        User user;
+        int life;
         bool operator==(const Process&) const = default;
     };
     struct Client {
+        explicit Client(Process owner) : process(owner) {}
+
         Process process;
         bool alive = true;
         int32_t registered = 0;
-        std::optional<Config> config = std::nullopt;
+        std::optional<Config> config;
         /** What it started and did not stop; a camera may have stopped the stream since. */
         int32_t started = 0;
     };

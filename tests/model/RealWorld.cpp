@@ -70,12 +70,24 @@ RealWorld::~RealWorld() {
     while (!mUnnoticed.empty())
         TellDeath();
     mService.reset();
+    ResetRegistry();
     for (auto* fault : {&mStream.startFault, &mStream.stopFault, &mStream.notifyFault})
         fault->Clear();
     mManager->StopService();
     mStream.stop();
     mStream.SetHooks({}, {}, {});
     Look("");
+}
+
+void RealWorld::ResetRegistry() {
+    // The service has done so itself, unless it is broken. The next story must not pay for that.
+    const auto registry = aon::RemoteCallbackManager::GetSingleton();
+    registry->Clear();
+    for (int32_t sensor = 0; sensor <= kLastSensor; ++sensor) {
+        aon::RemoteCallbackManager::AONSensorStateInfo idle;
+        idle.sensorId = sensor;
+        registry->OnAONSensorEvent(idle);
+    }
 }
 
 void RealWorld::MakeService() {

@@ -54,6 +54,7 @@ class RealWorld : public World {
     std::unique_ptr<Process>& At(User user) { return mProcesses[static_cast<size_t>(user)]; }
     std::unique_ptr<Process> End(User user);
     void MakeService();
+    static void ResetRegistry();
     void WaitForCameraWork();
     void AwaitCameraNotice();
     std::vector<std::string> TakeStreamCalls();

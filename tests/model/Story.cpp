@@ -8,6 +8,14 @@
 #include "tests/model/Model.h"
 #include "tests/model/RealWorld.h"
 
+namespace aidl::vendor::zarvo::hardware::camera::aon {
+
+void showValue(const SensorConfigInfo& config, std::ostream& out) {
+    out << "\n" << config.toString();
+}
+
+}  // namespace aidl::vendor::zarvo::hardware::camera::aon
+
 namespace zarvo::test {
 namespace {
 
@@ -48,13 +56,13 @@ Gen<int> AnyCamera() {
 
 Gen<Step> AnyStep() {
     return gen::weightedOneOf<Step>({
-            {10, StepOf(Register, AnyClient(), RowOf<int32_t>({15, 15, 15, -1, 3, 7, 0}))},
+            {14, StepOf(Register, AnyClient(), RowOf<int32_t>({15, 15, 15, -1, 3, 7, 0}))},
             {1, gen::just(RegisterNothing())},
             {22, StepOf(Subscribe, AnyCaller(), AnyConfig())},
             {26, StepOf(Start, AnyCaller(), RowOf<int32_t>({1, 2, 3, 4, 5, 8, 7, 15, 0, 0x40}))},
             {12, StepOf(Stop, AnyCaller(), RowOf<int32_t>({1, 2, 4, 3, 5, 15, -1, 0}))},
             {4, StepOf(Unsubscribe, AnyCaller())},
-            {5, StepOf(Unregister, AnyCaller())},
+            {3, StepOf(Unregister, AnyCaller())},
             {1, StepOf(Die, AnyClient())},
             {1, StepOf(DieUnnoticed, AnyClient())},
             {2, gen::just(TellDeath())},
@@ -89,7 +97,7 @@ Gen<Config> AnyConfig() {
             gen::tuple(RowOf<int32_t>({1, 1, 1, 2, 3, 4}),
                        RowOf<Size>({{640, 480}, {640, 480}, {640, 480}, {320, 240}, {640, 240}}),
                        RowOf<int32_t>({10, 10, 5, 15, 30}),
-                       RowOf<int32_t>({15, 15, 7, 3, 5, 1, 2, 0, 0x40}),
+                       RowOf<int32_t>({15, 15, 15, 7, 3, 5, 1, 2, 0, 0x40}),
                        RowOf<int32_t>({1, 1, 0, 3, -1})),
             [](const std::tuple<int32_t, Size, int32_t, int32_t, int32_t>& values) {
                 const auto& [sensor, size, fps, types, mode] = values;

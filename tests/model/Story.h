@@ -9,6 +9,13 @@
 
 #include "tests/model/World.h"
 
+namespace aidl::vendor::zarvo::hardware::camera::aon {
+
+/** For rapidcheck. */
+void showValue(const SensorConfigInfo& config, std::ostream& out);
+
+}  // namespace aidl::vendor::zarvo::hardware::camera::aon
+
 namespace zarvo::test {
 
 /** One thing that happens, with the name it is told by: `bob.start(FUSION|GAZE)`. */

@@ -90,6 +90,9 @@ struct Camera {
 };
 inline const std::vector<Camera> kCameras = {{5, {2}}, {6, {1}}, {7, {2, 1}}, {8, {4}}, {-1, {3}}};
 
+/** No sensor above it is known to anyone. */
+inline constexpr int32_t kLastSensor = 4;
+
 /** "alice" */
 const char* NameOf(User user);
 
