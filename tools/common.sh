@@ -3,10 +3,10 @@
 
 readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev libpng-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
-readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
-                            libclang-rt-14-dev llvm-14)
-readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
-                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf
+                            mandoc clang-14 libclang-rt-14-dev llvm-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf mandoc
+                        clang-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
                         "${FORMAT_PACKAGES[@]}" clang-tidy-14 shellcheck)
 
 say() { printf '\n== %s\n' "$*"; }
