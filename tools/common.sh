@@ -4,10 +4,10 @@
 readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev libpng-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
 readonly PROVE_PACKAGES=(spin gcc)
-readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
-                            libclang-rt-14-dev llvm-14)
-readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
-                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev lld-14
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf
+                            mandoc clang-14 libclang-rt-14-dev llvm-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf mandoc
+                        clang-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev lld-14
                         "${FORMAT_PACKAGES[@]}" "${PROVE_PACKAGES[@]}" clang-tidy-14 shellcheck
                         checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user)
 

@@ -41,6 +41,11 @@ std::vector<std::string> ScriptedStream::TakeCalls() {
     return std::exchange(mCalls, {});
 }
 
+std::vector<user_param> ScriptedStream::TakeStarts() {
+    const std::lock_guard lock(mMutex);
+    return std::exchange(mStarts, {});
+}
+
 void ScriptedStream::Note(std::string call, Hook ScriptedStream::*hook) {
     Hook run;
     {

@@ -50,6 +50,8 @@ class ScriptedStream : public IAOVStream {
     std::vector<std::string> TakeCalls();
     /** The start records in order, also of refused starts, each without its callback. */
     std::vector<user_param> Starts() const { return Get(mStarts); }
+    /** The same; they are then forgotten. */
+    std::vector<user_param> TakeStarts();
     /** The callback of the last accepted start, as long as anyone holds it. */
     std::shared_ptr<IAovStreamCallback> Callback() const { return Get(mLastCallback).lock(); }
     /** Whether the last start record carried a callback. */
