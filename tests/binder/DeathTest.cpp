@@ -81,7 +81,6 @@ TEST_F(DeathTest, KillingAnIdleConnectionMakesItsProxiesDead) {
     EXPECT_FALSE(AIBinder_isAlive(mRoot.get()));
     EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_DEAD_OBJECT);
     EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
-    EXPECT_EQ(mProxy->tell(1).getStatus(), STATUS_DEAD_OBJECT);
     EXPECT_EQ(mPeer->visits, 0);
     EXPECT_EQ(mLoopback->Root(), mRoot);
 }
@@ -250,9 +249,8 @@ TEST_F(DeathTest, OrderedFaultsFailJustTheCallsOrdered) {
     faults.unlinkToDeath.FailCalls(1);
     EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_DEAD_OBJECT);
     EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_OK);
-    EXPECT_EQ(Visit(), STATUS_OK);
-    EXPECT_EQ(Visit(), STATUS_FAILED_TRANSACTION);
-    EXPECT_EQ(Visit(), STATUS_OK);
+    for (const binder_status_t status : {STATUS_OK, STATUS_FAILED_TRANSACTION, STATUS_OK})
+        EXPECT_EQ(Visit(), status);
     EXPECT_EQ(mPeer->visits, 2);
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
     EXPECT_EQ(Unlink(&mWatch), STATUS_FAILED_TRANSACTION);
