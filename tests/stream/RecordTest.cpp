@@ -120,7 +120,7 @@ double Apart(const Record& one, const Record& other) {
     return sum / 128;
 }
 
-TEST(SimulatedRecord, TellsOfEveryFaceInItsFusionItem) {
+TEST(SimulatedRecord, TellsOfEveryFaceInItsFusionItemAndInTheGridsWhereItsBoxIs) {
     const Record record(With(Cast::kTwo));
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 2u);
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'424), 2u);
@@ -139,7 +139,12 @@ TEST(SimulatedRecord, TellsOfEveryFaceInItsFusionItem) {
             EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
         }
         before = right;
+        const auto cell = static_cast<size_t>((top + bottom) / 2 / 480 * 72) * 72 +
+                          static_cast<size_t>((left + right) / 2 / 640 * 72);
+        EXPECT_NEAR(record[kOutput + 82'944 + cell], 255 * record.Number(item + 20), 12);
+        EXPECT_EQ(record[kOutput + 90'368 + 16 * cell + 15], record.At<int32_t>(item));
     }
+    EXPECT_EQ(record[kOutput + 82'944], 0) << "nobody is in the corner";
     EXPECT_TRUE(record.IsZero(kItem + 160, 28 * 80));
 }
 
@@ -166,19 +171,6 @@ TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
     EXPECT_TRUE(record.IsZero(kItem, 262'172 - 199'688));
     EXPECT_TRUE(std::equal(record.data() + 297'028, record.data() + 1'034'356,
                            record.data() + 1'034'356));
-}
-
-TEST(SimulatedRecord, FindsEachFaceInTheGridsWhereItsBoxIs) {
-    const Record record(With(Cast::kTwo));
-    for (const size_t item : {kItem, kItem + 80}) {
-        const float x = record.Number(item + 4) + record.Number(item + 12) / 2;
-        const float y = record.Number(item + 8) + record.Number(item + 16) / 2;
-        const auto cell =
-                static_cast<size_t>(y / 480 * 72) * 72 + static_cast<size_t>(x / 640 * 72);
-        EXPECT_NEAR(record[kOutput + 82'944 + cell], 255 * record.Number(item + 20), 12);
-        EXPECT_EQ(record[kOutput + 90'368 + 16 * cell + 15], record.At<int32_t>(item));
-    }
-    EXPECT_EQ(record[kOutput + 82'944], 0) << "nobody is in the corner";
 }
 
 TEST(SimulatedRecord, MarksTheFacesInTheDebugPictureAlone) {
