@@ -57,6 +57,7 @@ ctl 0 'Exit status' --help
 ctl 0 '--count NUMBER' watch --help
 
 begin_service
+expect 1 'cannot publish .*/default: exception -5, another process may serve it' "$service"
 ctl 0 'sensor 0 +640x480 +rates 1 3 5 10 15 30' sensors
 ctl 0 'faces 1 ' watch --count 2 --rate 30
 ctl 0 '^\{"serviceType":8,.*"faceFeature":\[[0-9]+,' watch --count 1 --types feature --json

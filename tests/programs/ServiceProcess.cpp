@@ -5,7 +5,7 @@
 #include <poll.h>
 
 #include <fstream>
-#include <iterator>
+#include <iostream>
 
 namespace zarvo::test {
 namespace {
@@ -36,7 +36,7 @@ long ResidentKiB(pid_t process) {
 }
 
 ServiceProcess::~ServiceProcess() {
-    if (HasFailure()) std::fprintf(stderr, "the service's log:\n%s", Log().c_str());
+    if (HasFailure()) std::cerr << "the log:\n" << std::ifstream(directory.path + "/log").rdbuf();
 }
 
 std::unique_ptr<Child> ServiceProcess::Start() const {
@@ -69,11 +69,6 @@ Holdings ServiceProcess::AwaitMore(const Child& service, const Holdings& least) 
 std::unique_ptr<Child> ServiceProcess::StartClient(const std::string& point, int microseconds) {
     return std::make_unique<Child>(
             std::vector<std::string>{CLIENT_PROGRAM, point, std::to_string(microseconds)});
-}
-
-std::string ServiceProcess::Log() const {
-    std::ifstream log(directory.path + "/log");
-    return {std::istreambuf_iterator<char>(log), {}};
 }
 
 }  // namespace zarvo::test

@@ -32,8 +32,6 @@ class ServiceProcess : public testing::Test {
     static Holdings AwaitMore(const Child& service, const Holdings& least);
     /** A client that comes to `point` and is killed there, or lives; see Client.cpp. */
     static std::unique_ptr<Child> StartClient(const std::string& point, int microseconds = 0);
-    /** All that services have logged so far. */
-    std::string Log() const;
 
     const RuntimeDirectory directory;
 };
