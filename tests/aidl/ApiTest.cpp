@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "host/aidl/Sha1.h"
 #include "tests/aidl/MemoryFiles.h"
 
 namespace zarvo::host::aidl {
@@ -54,14 +53,6 @@ TEST(ApiDump, KeepsTheApiInOneFormWhichIsItsOwnDump) {
                   "");
         EXPECT_EQ(files.files["dump/zoo/api/IKeeper.aidl"], kDump);
     }
-}
-
-TEST(Sha1, GivesThePublishedDigests) {
-    EXPECT_EQ(Sha1Hex(""), "da39a3ee5e6b4b0d3255bfef95601890afd80709");
-    EXPECT_EQ(Sha1Hex("abc"), "a9993e364706816aba3e25717850c26c9cd0d89d");
-    EXPECT_EQ(Sha1Hex("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
-              "84983e441c3bd26ebaae4aa1f95129e5e54670f1");
-    EXPECT_EQ(Sha1Hex(std::string(1000000, 'a')), "34aa973cd4c4daa4f61eeb2bdbad27316534016f");
 }
 
 TEST(ApiHash, IsTakenOverTheSortedListAndTheVersionBefore) {

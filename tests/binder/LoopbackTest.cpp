@@ -1,9 +1,7 @@
 #include "host/binder/Loopback.h"
 
 #include <future>
-#include <numeric>
 #include <thread>
-#include <vector>
 
 #include "tests/binder/Peer.h"
 
@@ -129,26 +127,6 @@ TEST_F(LoopbackTest, ObjectLivesUntilTheLastProxyAndTheLastUnsentParcelGo) {
         parcelFirst ? mPeer->visitor.reset() : in.set(nullptr);
         end.wait();
     }
-}
-
-TEST_F(LoopbackTest, OnewayCallsRunInOrderOnOneThreadOfTheConnection) {
-    std::vector<int32_t> expected(200);
-    std::iota(expected.begin(), expected.end(), 0);
-    std::vector<int32_t> told;
-    std::thread::id servedBy;
-    std::promise<void> done;
-    mPeer->onTell = [&](int32_t number) {
-        if (told.empty()) servedBy = std::this_thread::get_id();
-        EXPECT_EQ(std::this_thread::get_id(), servedBy);
-        told.push_back(number);
-        if (number == expected.back()) done.set_value();
-    };
-    for (const int32_t number : expected)
-        ASSERT_TRUE(mProxy->tell(number).isOk());
-    done.get_future().wait();
-    mLoopback.reset();
-    EXPECT_NE(servedBy, std::this_thread::get_id());
-    EXPECT_EQ(told, expected);
 }
 
 }  // namespace

@@ -50,15 +50,6 @@ TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     EXPECT_FALSE(AIBinder_Weak_lt(clone.get(), weak.get()));
 }
 
-TEST(LocalObject, OrderOfWeakReferencesIsThatOfTheirObjects) {
-    const auto one = SharedRefBase::make<Peer>()->asBinder();
-    const auto other = SharedRefBase::make<Peer>()->asBinder();
-    const ScopedAIBinder_Weak weakOne(AIBinder_Weak_new(one.get()));
-    const ScopedAIBinder_Weak weakOther(AIBinder_Weak_new(other.get()));
-    EXPECT_NE(one < other, other < one);
-    EXPECT_EQ(one < other, AIBinder_Weak_lt(weakOne.get(), weakOther.get()));
-}
-
 TEST(LocalObject, IsOfItsClassAloneAndAlwaysAlive) {
     const auto peer = SharedRefBase::make<Peer>();
     const SpAIBinder binder = peer->asBinder();
@@ -82,6 +73,8 @@ TEST(LocalObject, NullIsNoObject) {
     EXPECT_EQ(AIBinder_getUserData(nullptr), nullptr);
     EXPECT_EQ(AIBinder_debugGetRefCount(nullptr), -1);
     EXPECT_EQ(AIBinder_Weak_new(nullptr), nullptr);
+    ScopedAParcel in;
+    EXPECT_EQ(AIBinder_prepareTransaction(nullptr, in.getR()), STATUS_UNEXPECTED_NULL);
     AIBinder_incStrong(nullptr);
     AIBinder_decStrong(nullptr);
     AIBinder_markVintfStability(nullptr);
@@ -129,12 +122,6 @@ TEST(NdkInterfaces, ThreadsThatAskAtOnceGetOneBinder) {
         EXPECT_EQ(binder, other);
     }
 }
-
-template <typename T, typename = void>
-constexpr bool kMakeSharedCompiles = false;
-template <typename T>
-constexpr bool kMakeSharedCompiles<T, std::void_t<decltype(std::make_shared<T>())>> = true;
-static_assert(kMakeSharedCompiles<int> && !kMakeSharedCompiles<Peer>);
 
 TEST(NdkInterfacesDeathTest, AnObjectThatNobodyOwnedAborts) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";

@@ -50,42 +50,9 @@ class ReplayJourney : public testing::Test {
         ASSERT_EQ(client.Subscribe(RemoteClient::Config(0, types)), kOk);
         ASSERT_EQ(client.Start(types), kOk);
     }
-    /** A recording of so many events of the scene. */
-    void Record(size_t count, Recorded& recorded, std::vector<AONCallBackInfo>& events) {
-        RemoteClient client(mService);
-        Begin(client, 15);
-        for (size_t i = 0; i < count; ++i)
-            ASSERT_TRUE(mSimulator.DeliverOne());
-        events = client.callback->TakeEvents();
-        for (const AONCallBackInfo& event : events)
-            recorded.writer.Write(milliseconds(0), event);
-        client.Unsubscribe();
-        client.Unregister();
-    }
-
     SimulatorControl& mSimulator = SimulatorControl::Instance();
     std::shared_ptr<aon::AONService> mService = ndk::SharedRefBase::make<aon::AONService>();
 };
-
-TEST_F(ReplayJourney, BringsTheRecordedEventsToAClientOnceAndInOrderOverStops) {
-    Recorded recorded;
-    std::vector<AONCallBackInfo> events;
-    Record(4, recorded, events);
-    ASSERT_EQ(events.size(), 4U);
-    mSimulator.SetReplay(Play(recorded.bytes));
-    RemoteClient client(mService);
-    Begin(client, 1);
-    EXPECT_TRUE(mSimulator.DeliverOne());
-    EXPECT_TRUE(mSimulator.DeliverOne());
-    EXPECT_EQ(client.Stop(1), kOk);
-    EXPECT_EQ(client.Start(1), kOk);
-    EXPECT_TRUE(mSimulator.DeliverOne());
-    EXPECT_TRUE(mSimulator.DeliverOne());
-    EXPECT_FALSE(mSimulator.DeliverOne());
-    EXPECT_FALSE(mSimulator.RequestFrame());
-    EXPECT_TRUE(BytesOf(client.callback->TakeEvents()) == BytesOf(events));
-    EXPECT_EQ(client.Stop(1), kOk);
-}
 
 TEST_F(ReplayJourney, GoesByTheClockToItsEndAndSaysSo) {
     Recorded recorded;

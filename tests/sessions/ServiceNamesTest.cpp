@@ -188,19 +188,6 @@ TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAreGivenUpInTime) {
     EXPECT_NE(Find(), nullptr);
 }
 
-TEST_F(ServiceNames, AreWaitedForUntilSomebodyServesThem) {
-    std::promise<void> waits;
-    auto found = std::async(std::launch::async, [&] {
-        waits.set_value();
-        return IPeer::fromBinder(SpAIBinder(AServiceManager_waitForService(kName)));
-    });
-    waits.get_future().wait();
-    PeerProcess process;
-    std::string text;
-    EXPECT_TRUE(found.get()->visit(nullptr, 5, &text).isOk());
-    EXPECT_EQ(text, "5");
-}
-
 TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
     PeerProcess process;
     const std::shared_ptr<IPeer> other = Find();

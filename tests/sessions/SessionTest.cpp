@@ -144,10 +144,15 @@ TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
     EXPECT_EQ(visit(100, 0), STATUS_OK);
 }
 
-TEST_F(SessionTest, ManyOnewayCallsDoNotStopBothEnds) {
+TEST_F(SessionTest, ManyOnewayCallsRunInOrderOnOneThreadAndDoNotStopBothEnds) {
     const auto root = Connect();
     std::atomic<int32_t> told{0};
-    mPeer->onTell = [&](int32_t) { ++told; };
+    std::thread::id servedBy;
+    mPeer->onTell = [&](int32_t number) {
+        if (number == 0) servedBy = std::this_thread::get_id();
+        EXPECT_EQ(std::this_thread::get_id(), servedBy);
+        EXPECT_EQ(told++, number);
+    };
     constexpr int32_t kMany = 3000;
     for (int32_t i = 0; i < kMany; ++i)
         ASSERT_TRUE(root->tell(i).isOk());
