@@ -54,6 +54,7 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
             {"const long", "-(-9223372036854775808)", "result does not fit 64 bits\n"},
             {"const long", "9223372036854775808", "integer literal is too large\n"},
             {"const long", "0x10000000000000000", "integer literal is too large\n"},
+            {"const long", "-0x8000000000000000", "integer literal is too large\n"},
             {"const byte", "128", "value 128 is out of range\n"},
             {"const byte", "256u8", "byte literal is not within 0u8 and 255u8\n"},
             {"const int", "1 / (1 - 1)", "division by zero\n"},
@@ -63,6 +64,7 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
             {"const int", "\"a\"", "expected an integer\n"},
             {"const int", "\"a\" * 2", "operator * cannot be applied to these values\n"},
             {"const int", "X", "no constant 'X' that is defined before this\n"},
+            {"const int", "Nowhere.X", "no constant 'Nowhere.X' that is defined before this\n"},
             {"const String", "1", "expected a string\n"},
             {"boolean", "1", "expected true or false\n"},
             {"char", "'ab'", "expected one character in single quotes\n"},
@@ -73,6 +75,7 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
             {"double", "1.0 + 1.0", "operator + cannot be applied to these values\n"},
             {"int[]", "1", "an array's value is a list in braces\n"},
             {"E", "5", "expected an enumerator of p.E\n"},
+            {"E", "E.A + 0", "expected an enumerator of p.E\n"},
             {"U", "1", "type 'U' takes no value here\n"},
     };
     for (const auto& [type, expression, result] : kCases)

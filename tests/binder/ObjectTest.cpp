@@ -36,6 +36,7 @@ TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     int destroyed = 0;
     AIBinder* const binder = AIBinder_new(CounterClass(), &destroyed);
     EXPECT_EQ(AIBinder_getUserData(binder), &destroyed);
+    EXPECT_TRUE(AIBinder_lt(nullptr, binder) && !AIBinder_lt(binder, nullptr));
     const ScopedAIBinder_Weak weak(AIBinder_Weak_new(binder));
     const ScopedAIBinder_Weak clone(AIBinder_Weak_clone(weak.get()));
     AIBinder_incStrong(binder);

@@ -117,9 +117,11 @@ until_seen 'faces 0'
 kill -INT $watcher
 wait $watcher || fail "Ctrl-C gave $?"
 
-# A service that dies is noticed.
+# A service that is told to end does; one that dies is noticed.
+end_service
+begin_service
 begin_watch
-until_seen 'faces 0'
+until_seen 'faces 1'
 kill -KILL "$pid"
 wait $watcher
 [ $? = 3 ] || fail "watch ended with another status"
