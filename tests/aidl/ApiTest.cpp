@@ -15,7 +15,7 @@ package zoo.api;
 
 import zoo.Food;
 
-/** Not kept. */
+/** Not kept. @hide */
 @VintfStability
 interface IKeeper {
     const int BIRDS = 1 << 2; /* not kept */
@@ -33,6 +33,7 @@ constexpr const char* kDump = R"(/*
  * A licence.
  */
 package zoo.api;
+/* @hide */
 @VintfStability
 interface IKeeper {
   /* @deprecated use feedAll instead */

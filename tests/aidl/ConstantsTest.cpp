@@ -59,6 +59,7 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
             {"const byte", "256u8", "byte literal is not within 0u8 and 255u8\n"},
             {"const int", "1 / (1 - 1)", "division by zero\n"},
             {"const int", "1 << 32", "shift by a negative number or too far\n"},
+            {"const int", "1 >> -1", "shift by a negative number or too far\n"},
             {"const int", "12ab", "malformed integer literal\n"},
             {"const int", "0x", "malformed integer literal\n"},
             {"const int", "\"a\"", "expected an integer\n"},
@@ -92,6 +93,8 @@ TEST(Constants, EnumeratorsCountOnAndMayNameEarlierOnes) {
               "  D = 22,\n  E = 23,\n}\n");
     EXPECT_EQ(GenerateT("package p; enum T { A = 127, B }"),
               "p/T.aidl:1:30: error: value is out of range\n");
+    EXPECT_EQ(GenerateT("package p; enum T { A = B, B }"),
+              "p/T.aidl:1:25: error: no constant 'B' that is defined before this\n");
 }
 
 }  // namespace

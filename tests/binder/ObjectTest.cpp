@@ -92,7 +92,9 @@ TEST(NdkOwners, CountReferencesAndResources) {
     EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
     moved = nullptr;
     EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
-    EXPECT_FALSE(ScopedAStatus().isOk());
+    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
+    status = std::move(*&status);
+    EXPECT_STREQ(status.getMessage(), "busy");
 }
 
 TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {

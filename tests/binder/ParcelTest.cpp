@@ -19,7 +19,7 @@ TEST(Parcel, ReadingPastTheEndOrOffAWordIsNoDanger) {
     EXPECT_EQ(value, 0x20000);
     EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_NOT_ENOUGH_DATA);
     uint8_t bytes[8] = {};
-    EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 96, 5), STATUS_BAD_VALUE);
+    EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 4, 5), STATUS_BAD_VALUE);
     EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, SIZE_MAX, 2), STATUS_BAD_VALUE);
 }
 

@@ -54,6 +54,22 @@ class ReplayJourney : public testing::Test {
     std::shared_ptr<aon::AONService> mService = ndk::SharedRefBase::make<aon::AONService>();
 };
 
+TEST_F(ReplayJourney, GoesOnAfterAStopAndIsOverForWhoAsksForMore) {
+    Recorded recorded;
+    for (int32_t frame = 0; frame < 2; ++frame)
+        recorded.writer.Write(milliseconds(0), Event(frame));
+    mSimulator.SetReplay(Play(recorded.bytes));
+    RemoteClient client(mService);
+    Begin(client, 1);
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_EQ(client.Stop(1), kOk);
+    EXPECT_EQ(client.Start(1), kOk);
+    EXPECT_TRUE(mSimulator.DeliverOne());
+    EXPECT_FALSE(mSimulator.DeliverOne());
+    EXPECT_FALSE(mSimulator.RequestFrame());
+    EXPECT_EQ(client.callback->TakeEvents().size(), 2U);
+}
+
 TEST_F(ReplayJourney, GoesByTheClockToItsEndAndSaysSo) {
     Recorded recorded;
     recorded.writer.Write(milliseconds(0), State(AONSensorStateInfo::SENSOR_STATE_STARTED));
