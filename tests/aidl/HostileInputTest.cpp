@@ -15,10 +15,6 @@ std::string Repeat(std::string_view text, size_t count) {
     return result;
 }
 
-std::string Constant(const std::string& expression) {
-    return "interface T { const int X = " + expression + "; }";
-}
-
 /** The first message without its place; deep and long input must end in one, not in a crash. */
 std::string Complaint(const std::string& text) {
     const std::string messages = GenerateT("package p; " + text);
@@ -28,12 +24,13 @@ std::string Complaint(const std::string& text) {
 }
 
 TEST(HostileInput, DeepAndLongTextsEndInAMessage) {
+    const std::string kConstant = "interface T { const int X = ";
     const std::pair<std::string, const char*> kCases[] = {
-            {Constant(Repeat("(", 100000)), "expression is nested too deeply"},
-            {Constant(Repeat("{", 100000)), "expression is nested too deeply"},
-            {Constant(Repeat("~", 100000) + "1"), "expression is nested too deeply"},
-            {Constant(Repeat("1+", 50000) + "1"), "expression is too long"},
-            {Constant(Repeat("a.", 50000) + "a"), "name longer than 255 bytes"},
+            {kConstant + Repeat("(", 100000), "expression is nested too deeply"},
+            {kConstant + Repeat("{", 100000), "expression is nested too deeply"},
+            {kConstant + Repeat("~", 100000) + "1", "expression is nested too deeply"},
+            {kConstant + Repeat("1+", 50000) + "1", "expression is too long"},
+            {kConstant + Repeat("a.", 50000) + "a", "name longer than 255 bytes"},
             {std::string(100000, 'a'), "word longer than 255 bytes"},
             {"parcelable T {" + Repeat("int a; ", 3000) + "}", "too many members"},
             {"enum T {" + Repeat("A, ", 3000) + "}", "too many enumerators"},

@@ -26,25 +26,6 @@ AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
 }
 
-/** What a value writes of itself, and reads again. */
-template <typename T>
-void ExpectOwnBytes(const T& value, const char* hex) {
-    const ndk::ScopedAParcel parcel(AParcel_create());
-    EXPECT_EQ(value.writeToParcel(parcel.get()), STATUS_OK);
-    EXPECT_EQ(Hex(parcel.get()), hex);
-    const ndk::ScopedAParcel bytes = ParcelOf(hex);
-    T read{};
-    EXPECT_EQ(read.readFromParcel(bytes.get()), STATUS_OK);
-    EXPECT_EQ(read, value);
-    EXPECT_EQ(AParcel_getDataPosition(bytes.get()), AParcel_getDataSize(bytes.get()));
-}
-
-TEST(PackageBytes, UnionsHaveNoSizeAndStartWithTheFirstAlternative) {
-    ExpectBytes(AONResultValue(), "010000000000000000000000");
-    ExpectOwnBytes(AONResultValue(), "0000000000000000");
-    ExpectOwnBytes(AONResult(), "1400000000000000010000000000000000000000");
-}
-
 TEST(PackageBytes, ResultsOfEveryKind) {
     const struct {
         AONCallBackInfo info;
@@ -75,6 +56,9 @@ TEST(PackageBytes, ResultsOfEveryKind) {
     };
     for (const auto& c : kCases)
         ExpectBytes(c.info, c.hex);
+    // Without a choice it is the first alternative; a union has no size of its own.
+    ExpectBytes(AONResultValue(), "010000000000000000000000");
+    ExpectBytes(AONResult(), "010000001400000000000000010000000000000000000000");
 }
 
 TEST(PackageBytes, Records) {
@@ -160,52 +144,16 @@ TEST(PackageBytes, OverlappingRecordsDoNotMultiplyTheirBytes) {
     EXPECT_EQ(AParcel_readInt32(parcel.get(), &presence), STATUS_OK);
 }
 
-TEST(PackageText, ShowsEveryFieldAndAlternative) {
-    const AONCallBackInfo info{3,
-                               {{1, AONResultValue::make<Tag::byteValue>(int8_t{7})},
-                                {2, AONResultValue::make<Tag::byteArray>(Bytes{9, 8})},
-                                {3, AONResultValue::make<Tag::intValue>(42)},
-                                {4, AONResultValue::make<Tag::intArray>({1, 2})},
-                                {5, AONResultValue::make<Tag::stringValue>("ok")},
-                                {6, AONResultValue::make<Tag::floatValue>(1.25f)},
-                                {7, AONResultValue::make<Tag::floatArray>({0.0f})},
-                                {8, AONResultValue::make<Tag::doubleValue>(2.5)},
-                                {9, AONResultValue::make<Tag::doubleArray>({3.5})},
-                                {10, AONResultValue::make<Tag::boolValue>(true)}}};
-    EXPECT_EQ(info.toString(),
-              "AONCallBackInfo{serviceType: 3, results: [AONResult{key: 1, value: "
-              "AONResultValue{byteValue: 7}}, AONResult{key: 2, value: AONResultValue{byteArray: "
-              "[9, 8]}}, AONResult{key: 3, value: AONResultValue{intValue: 42}}, AONResult{key: 4, "
-              "value: AONResultValue{intArray: [1, 2]}}, AONResult{key: 5, value: "
-              "AONResultValue{stringValue: ok}}, AONResult{key: 6, value: "
-              "AONResultValue{floatValue: 1.250000}}, AONResult{key: 7, value: "
-              "AONResultValue{floatArray: [0.000000]}}, AONResult{key: 8, value: "
-              "AONResultValue{doubleValue: 2.500000}}, AONResult{key: 9, value: "
-              "AONResultValue{doubleArray: [3.500000]}}, AONResult{key: 10, value: "
-              "AONResultValue{boolValue: true}}]}");
-    EXPECT_EQ(AONResult().toString(), "AONResult{key: 0, value: AONResultValue{byteValue: 0}}");
-    const SensorConfigInfo config{1, 640, 480, 10, 0, 0, 2, 3};
-    EXPECT_EQ(config.toString(),
-              "SensorConfigInfo{sensorId: 1, frameWidth: 640, frameHeight: 480, fps: 10, "
-              "reserved0: 0, reserved1: 0, serviceType: 2, deliveryMode: 3}");
-}
-
 TEST(PackageUnion, HoldsOneAlternativeOrderedByTagFirst) {
     AONResultValue value;
-    EXPECT_EQ(value.getTag(), Tag::byteValue);
-    EXPECT_EQ(value.get<Tag::byteValue>(), 0);
     value.set<Tag::floatArray>(std::vector<float>{1.0f, 2.0f});
     EXPECT_EQ(value.get<Tag::floatArray>(), (std::vector<float>{1.0f, 2.0f}));
+    EXPECT_EQ(value.toString(), "AONResultValue{floatArray: [1.000000, 2.000000]}");
     EXPECT_LT(AONResultValue::make<Tag::intValue>(9), AONResultValue::make<Tag::boolValue>(false));
     EXPECT_LT(AONResultValue::make<Tag::intValue>(8), AONResultValue::make<Tag::intValue>(9));
     EXPECT_NE(AONResultValue::make<Tag::floatValue>(1.0f), AONResultValue::make<Tag::intValue>(1));
     EXPECT_EQ(AONResultValue(2.0), AONResultValue::make<AONResultValue::doubleValue>(2.0));
-    EXPECT_EQ(toString(Tag::doubleArray), "doubleArray");
     EXPECT_EQ(toString(static_cast<Tag>(10)), "10");
-    int32_t next = 0;
-    for (const Tag tag : ndk::enum_range<Tag>())
-        EXPECT_EQ(static_cast<int32_t>(tag), next++);
-    EXPECT_EQ(next, 10);
 }
 
 TEST(PackageUnionDeathTest, AskingForAnotherAlternativeEndsTheProcess) {
@@ -228,29 +176,6 @@ TEST(PackageRecords, AreComparedFieldByField) {
     const AONSensorStateInfo other{8, 0};
     EXPECT_TRUE(idle < busy && busy < other && idle <= idle && other > busy && busy >= idle);
     EXPECT_TRUE(idle != busy && idle == (AONSensorStateInfo{7, 0}));
-}
-
-TEST(PackageStatics, AreThoseOfTheFrozenVersion) {
-    constexpr const char* kName = "vendor.zarvo.hardware.camera.aon.IAONService";
-    using Service = IAONService;
-    EXPECT_STREQ(Service::descriptor, kName);
-    EXPECT_EQ(BnAONService::makeServiceName("default"), std::string(kName) + "/default");
-    EXPECT_EQ(+Service::version, 1);
-    EXPECT_EQ(Service::hash.find_first_not_of("0123456789abcdef"), std::string::npos);
-    EXPECT_EQ(Service::hash.size(), 40u);
-    EXPECT_EQ(Service::hash, IAONServiceCallBack::hash);
-    const std::vector<uint32_t> codes = {
-            Service::TRANSACTION_registerClient,   Service::TRANSACTION_getAonSensorInfoList,
-            Service::TRANSACTION_subscribeSensor,  Service::TRANSACTION_startService,
-            Service::TRANSACTION_stopService,      Service::TRANSACTION_unsubscribeSensor,
-            Service::TRANSACTION_unregisterClient,
-    };
-    EXPECT_EQ(codes, (std::vector<uint32_t>{1, 2, 3, 4, 5, 6, 7}));
-    EXPECT_EQ(Service::SERVICE_TYPE_FACE_FEATURE, 8);
-    EXPECT_EQ(AONResult::RESULT_KEY_IMAGE_DATA, 703);
-    EXPECT_EQ(AONSensorStateInfo::SENSOR_STATE_BUSY, 2);
-    EXPECT_STREQ(FrameInfo::descriptor, "vendor.zarvo.hardware.camera.aon.FrameInfo");
-    EXPECT_EQ(+FrameInfo::_aidl_stability, ndk::STABILITY_VINTF);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <android/binder_stability.h>
 
+#include <thread>
+
 #include "tests/binder/Peer.h"
 
 namespace tests {
@@ -24,7 +26,6 @@ AIBinder_Class* CounterClass() {
 }
 
 TEST(Class, NeedsAllItsParts) {
-    ASSERT_NE(CounterClass(), nullptr);
     EXPECT_STREQ(AIBinder_Class_getDescriptor(CounterClass()), "tests.Counter");
     EXPECT_EQ(Define(nullptr), nullptr);
     EXPECT_EQ(AIBinder_Class_define("tests.Counter", nullptr, nullptr, nullptr), nullptr);
@@ -35,6 +36,7 @@ TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     int destroyed = 0;
     AIBinder* const binder = AIBinder_new(CounterClass(), &destroyed);
     EXPECT_EQ(AIBinder_getUserData(binder), &destroyed);
+    EXPECT_TRUE(AIBinder_lt(nullptr, binder) && !AIBinder_lt(binder, nullptr));
     const ScopedAIBinder_Weak weak(AIBinder_Weak_new(binder));
     const ScopedAIBinder_Weak clone(AIBinder_Weak_clone(weak.get()));
     AIBinder_incStrong(binder);
@@ -47,17 +49,6 @@ TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     EXPECT_EQ(AIBinder_Weak_promote(weak.get()), nullptr);
     EXPECT_FALSE(AIBinder_Weak_lt(weak.get(), clone.get()));
     EXPECT_FALSE(AIBinder_Weak_lt(clone.get(), weak.get()));
-}
-
-TEST(LocalObject, OrderOfWeakReferencesIsThatOfTheirObjects) {
-    const auto one = SharedRefBase::make<Peer>()->asBinder();
-    const auto other = SharedRefBase::make<Peer>()->asBinder();
-    const ScopedAIBinder_Weak weakOne(AIBinder_Weak_new(one.get()));
-    const ScopedAIBinder_Weak weakOther(AIBinder_Weak_new(other.get()));
-    const bool less = AIBinder_lt(one.get(), other.get());
-    EXPECT_NE(less, AIBinder_lt(other.get(), one.get()));
-    EXPECT_EQ(less, AIBinder_Weak_lt(weakOne.get(), weakOther.get()));
-    EXPECT_TRUE(AIBinder_lt(nullptr, one.get()));
 }
 
 TEST(LocalObject, IsOfItsClassAloneAndAlwaysAlive) {
@@ -83,9 +74,61 @@ TEST(LocalObject, NullIsNoObject) {
     EXPECT_EQ(AIBinder_getUserData(nullptr), nullptr);
     EXPECT_EQ(AIBinder_debugGetRefCount(nullptr), -1);
     EXPECT_EQ(AIBinder_Weak_new(nullptr), nullptr);
+    ScopedAParcel in;
+    EXPECT_EQ(AIBinder_prepareTransaction(nullptr, in.getR()), STATUS_UNEXPECTED_NULL);
     AIBinder_incStrong(nullptr);
     AIBinder_decStrong(nullptr);
     AIBinder_markVintfStability(nullptr);
+}
+
+TEST(NdkOwners, CountReferencesAndResources) {
+    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
+    AIBinder* raw = binder.get();
+    const SpAIBinder copy = binder;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    binder = *&binder;
+    SpAIBinder moved = std::move(binder);
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
+    moved = nullptr;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
+    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
+    status = std::move(*&status);
+    EXPECT_STREQ(status.getMessage(), "busy");
+}
+
+TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
+    auto peer = SharedRefBase::make<Peer>();
+    const std::weak_ptr<Peer> weak = peer;
+    SpAIBinder binder = peer->asBinder();
+    EXPECT_EQ(peer->asBinder(), binder);
+    EXPECT_FALSE(peer->isRemote());
+    peer.reset();
+    peer = weak.lock();
+    ASSERT_NE(peer, nullptr);
+    EXPECT_EQ(ndk::ICInterface::asInterface(binder.get()), peer);
+    ndk::ScopedAIBinder_Weak old(AIBinder_Weak_new(binder.get()));
+    binder = nullptr;
+    EXPECT_EQ(old.promote(), nullptr);
+    EXPECT_NE(peer->asBinder(), nullptr);
+    peer.reset();
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST(NdkInterfaces, ThreadsThatAskAtOnceGetOneBinder) {
+    auto peer = SharedRefBase::make<Peer>();
+    for (int round = 0; round < 100; ++round) {
+        SpAIBinder other;
+        std::thread asker([&] { other = peer->asBinder(); });
+        const SpAIBinder binder = peer->asBinder();
+        asker.join();
+        EXPECT_EQ(binder, other);
+    }
+}
+
+TEST(NdkInterfacesDeathTest, AnObjectThatNobodyOwnedAborts) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH({ Peer onTheStack; }, "never owned");
 }
 
 /** Seen through a connection, of no class yet. */

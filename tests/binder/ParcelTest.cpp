@@ -8,7 +8,7 @@ namespace {
 
 using ndk::ScopedAParcel;
 
-TEST(Parcel, ReadingFromAPositionPastTheEndOrOffAWordIsNoDanger) {
+TEST(Parcel, ReadingPastTheEndOrOffAWordIsNoDanger) {
     const ScopedAParcel parcel = ParcelOf("01000000 02000000");
     int32_t value = 0;
     AParcel_setDataPosition(parcel.get(), 100);
@@ -18,14 +18,7 @@ TEST(Parcel, ReadingFromAPositionPastTheEndOrOffAWordIsNoDanger) {
     EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_OK);
     EXPECT_EQ(value, 0x20000);
     EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_NOT_ENOUGH_DATA);
-}
-
-TEST(Parcel, MarshalGivesOnlyBytesThatAreThere) {
-    const ScopedAParcel parcel = ParcelOf("01020304 05");
     uint8_t bytes[8] = {};
-    EXPECT_EQ(AParcel_getDataSize(parcel.get()), 8);
-    EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 4, 4), STATUS_OK);
-    EXPECT_EQ(bytes[0], 5);
     EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 4, 5), STATUS_BAD_VALUE);
     EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, SIZE_MAX, 2), STATUS_BAD_VALUE);
 }
@@ -42,16 +35,10 @@ TEST(Parcel, WritingInTheMiddleOverwritesAndBeyondTheEndFillsWithZeros) {
     AParcel_writeInt32(parcel.get(), 5);
     EXPECT_EQ(Hex(parcel.get()), "0100000009000000030000000000000005000000");
     EXPECT_EQ(AParcel_setDataPosition(parcel.get(), -1), STATUS_BAD_VALUE);
-    EXPECT_EQ(AParcel_reset(parcel.get()), STATUS_OK);
-    EXPECT_EQ(AParcel_getDataSize(parcel.get()), 0);
-}
-
-TEST(Parcel, ImpossiblyLongParcelIsRefused) {
-    const ScopedAParcel parcel(AParcel_create());
     AParcel_setDataPosition(parcel.get(), INT32_MAX);
     EXPECT_EQ(AParcel_writeInt32(parcel.get(), 1), STATUS_NO_MEMORY);
     AParcel_setDataPosition(parcel.get(), 0);
-    EXPECT_EQ(AParcel_getDataSize(parcel.get()), 0);
+    EXPECT_EQ(AParcel_getDataSize(parcel.get()), 20);
 }
 
 TEST(Parcel, AppendingTakesAWholeStretch) {

@@ -39,16 +39,6 @@ INSTANTIATE_TEST_SUITE_P(Binder, TransactionTest, testing::Bool(),
 
 TEST_P(TransactionTest, RequestBeginsWithTheInterfacesName) {
     EXPECT_EQ(Hex(Prepare().get()), "0b000000740065007300740073002e00490050006500650072000000");
-    ScopedAParcel in;
-    EXPECT_EQ(AIBinder_prepareTransaction(nullptr, in.getR()), STATUS_UNEXPECTED_NULL);
-}
-
-TEST_P(TransactionTest, WholeRequestIsServedAndWhatFollowsItIgnored) {
-    ScopedAParcel in = PrepareVisit(42);
-    AParcel_writeInt32(in.get(), 7);
-    EXPECT_EQ(Visit(std::move(in)), STATUS_OK);
-    EXPECT_EQ(Hex(mOut.get()), "00000000020000003400320000000000");
-    EXPECT_EQ(mPeer->visits, 1);
 }
 
 TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {

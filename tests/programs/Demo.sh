@@ -4,27 +4,24 @@
 set -u
 set -m # A group of its own for each demo, as a terminal makes one, for Ctrl-C to go to.
 demo="$1"
-TMPDIR="$(mktemp -d)"
-export TMPDIR
-failures=0
+# shellcheck source=tests/programs/Common.sh
+source "$(dirname "$0")/Common.sh"
+export TMPDIR="$scratch"
 group=""
 declare -A pids
-trap '[ -z "$group" ] || kill -KILL -- -"$group" 2>/dev/null; rm -rf "$TMPDIR"' EXIT
+trap '[ -z "$group" ] || kill -KILL -- -"$group" 2>/dev/null; rm -rf "$scratch"' EXIT
 
-wrong() {
-    printf '%s: %s\n' "$what" "$*"
-    failures=$((failures + 1))
-}
+wrong() { fail "$what: $*"; }
 
 # begin: starts the demo with its output at descriptor 3, and learns who takes part.
 begin() {
     local name pid
     said=""
-    mkfifo "$TMPDIR/said"
-    "$demo" --quick >"$TMPDIR/said" 2>&1 &
+    mkfifo "$scratch/said"
+    "$demo" --quick >"$scratch/said" 2>&1 &
     group=$!
-    exec 3<"$TMPDIR/said"
-    rm "$TMPDIR/said"
+    exec 3<"$scratch/said"
+    rm "$scratch/said"
     until_said '^ +service \(pid'
     pids=([director]=$group)
     while read -r name pid; do
@@ -91,10 +88,10 @@ alice KILL alice \(pid [0-9]+\) ended too early: killed by signal 9
 CASES
 
 what="nobody reads it"
-"$demo" --quick 2>"$TMPDIR/told" | head -n 1 >/dev/null
+"$demo" --quick 2>"$scratch/told" | head -n 1 >/dev/null
 [ "${PIPESTATUS[0]}" = 1 ] || wrong "exit status ${PIPESTATUS[0]}"
-grep -q '^aon-demo: cannot write' "$TMPDIR/told" || wrong "told: $(cat "$TMPDIR/told")"
-rm "$TMPDIR/told"
+grep -q '^aon-demo: cannot write' "$scratch/told" || wrong "told: $(cat "$scratch/told")"
+rm "$scratch/told"
 left_nothing
 
 what="kill -9 of the demo itself"

@@ -134,17 +134,5 @@ TEST_F(DyingService, AnswersOthersWhileItWaitsForAClient) {
     EXPECT_EQ(answer.get(), STATUS_OK);
 }
 
-TEST_F(DyingService, KeepsItsNameFromASecondOne) {
-    const auto first = Start();
-    const auto service = Await();
-    const auto second = Start();
-    EXPECT_EQ(second->Wait(), EXIT_FAILURE);
-    const std::string refusal = "cannot publish " + std::string(kService) + ": exception -5, " +
-                                "another process may serve it\n";
-    EXPECT_NE(Log().find(refusal), std::string::npos);
-    ExpectServes(*service);
-    EXPECT_EQ(Await()->asBinder(), service->asBinder());
-}
-
 }  // namespace
 }  // namespace zarvo::test

@@ -6,14 +6,14 @@ service="$1"
 aonctl="$2"
 folder="$4"
 page="$folder/man/aonctl.1"
-failures=0
+# shellcheck source=tests/programs/Common.sh
+source "$(dirname "$0")/Common.sh"
 
 # same WHAT EXPECTED ACTUAL: two lists, in any order.
 same() {
     local difference
     difference="$(diff <(sort <<<"$2") <(sort <<<"$3"))" && return
-    printf '%s (<: the program has it, >: the page has it)\n%s\n' "$1" "$difference"
-    failures=$((failures + 1))
+    fail "$1 (<: the program has it, >: the page has it)" "$difference"
 }
 
 # section HEAD: the lines of the page from one heading to the next.
@@ -35,14 +35,11 @@ for command in $commands; do
 done
 
 page="$folder/man/vendor.zarvo.hardware.camera.aon-service.8"
-AON_RUNTIME_DIR="$(mktemp -d)"
-export AON_RUNTIME_DIR
 same "options of the service" \
     "$(timeout 20 "$service" --help | grep -oE '^ +--[a-z-]+' | tr -d ' ' | grep -vE 'help|version')" \
     "$(items 'Fl (-[a-z-]+)' <"$page" | sed 's/^/-/' | grep -vE 'help|version')"
-rm -rf "$AON_RUNTIME_DIR"
 
-"$3" -T lint -W warning "$folder"/man/* || failures=$((failures + 1))
+"$3" -T lint -W warning "$folder"/man/* || fail "the manual's layout"
 
 # completes EXPECTED WORD...: what bash offers for the last word.
 # shellcheck source=host/ctl/completion/aonctl.bash
@@ -53,8 +50,7 @@ completes() {
     COMP_CWORD=$(($# - 1))
     _aonctl "$aonctl"
     [ "${COMPREPLY[*]}" = "$expected" ] && return
-    printf 'completion of "%s": "%s", not "%s"\n' "${*:2}" "${COMPREPLY[*]}" "$expected"
-    failures=$((failures + 1))
+    fail "completion of \"${*:2}\": \"${COMPREPLY[*]}\", not \"$expected\""
 }
 completes "sensors show scene setprop" s
 completes "open" camera o

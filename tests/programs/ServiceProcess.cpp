@@ -4,27 +4,11 @@
 #include <android/binder_manager.h>
 #include <poll.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <system_error>
+#include <iostream>
 
 namespace zarvo::test {
 namespace {
-
-/** Threads come and go while they are counted. */
-ptrdiff_t Count(const std::string& directory) {
-    std::error_code error;
-    ptrdiff_t count = 0;
-    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        ++count;
-    }
-    return count;
-}
 
 constexpr int kPollMs = 5;
 /** Idle is who does not change for that many polls. */
@@ -42,15 +26,6 @@ Holdings Await(const Child& process, Condition condition) {
 
 }  // namespace
 
-Holdings Holdings::Of(pid_t process) {
-    const std::string directory = "/proc/" + std::to_string(process);
-    return {Count(directory + "/fd"), Count(directory + "/task")};
-}
-
-void PrintTo(const Holdings& holdings, std::ostream* out) {
-    *out << holdings.descriptors << " descriptors, " << holdings.threads << " threads";
-}
-
 long ResidentKiB(pid_t process) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     std::string word;
@@ -60,19 +35,13 @@ long ResidentKiB(pid_t process) {
     return 0;
 }
 
-ServiceProcess::ServiceProcess() {
-    char path[] = "/tmp/aon-test-XXXXXX";
-    directory = mkdtemp(path);
-    setenv("AON_RUNTIME_DIR", path, 1);
-}
-
 ServiceProcess::~ServiceProcess() {
-    if (HasFailure()) std::fprintf(stderr, "the service's log:\n%s", Log().c_str());
-    std::filesystem::remove_all(directory);
+    if (HasFailure()) std::cerr << "the log:\n" << std::ifstream(directory.path + "/log").rdbuf();
 }
 
 std::unique_ptr<Child> ServiceProcess::Start() const {
-    return std::make_unique<Child>(std::vector<std::string>{SERVICE_PROGRAM}, directory + "/log");
+    return std::make_unique<Child>(std::vector<std::string>{SERVICE_PROGRAM},
+                                   directory.path + "/log");
 }
 
 void ServiceProcess::AwaitIdle(const Child& service) {
@@ -84,7 +53,7 @@ void ServiceProcess::AwaitIdle(const Child& service) {
     for (int quiet = 0; quiet < kIdlePolls; ++quiet) {
         poll(nullptr, 0, kPollMs);
         const Holdings now = Holdings::Of(service.Pid());
-        if (now.descriptors != last.descriptors || now.threads != last.threads) quiet = 0;
+        if (now != last) quiet = 0;
         last = now;
     }
 }
@@ -100,11 +69,6 @@ Holdings ServiceProcess::AwaitMore(const Child& service, const Holdings& least) 
 std::unique_ptr<Child> ServiceProcess::StartClient(const std::string& point, int microseconds) {
     return std::make_unique<Child>(
             std::vector<std::string>{CLIENT_PROGRAM, point, std::to_string(microseconds)});
-}
-
-std::string ServiceProcess::Log() const {
-    std::ifstream log(directory + "/log");
-    return {std::istreambuf_iterator<char>(log), {}};
 }
 
 }  // namespace zarvo::test

@@ -2,29 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <memory>
 #include <string>
 
-#include "tests/programs/Child.h"
+#include "tests/support/Child.h"
+#include "tests/support/Holdings.h"
+#include "tests/support/RuntimeDirectory.h"
 
 namespace zarvo::test {
 
 inline constexpr char kService[] = "vendor.zarvo.hardware.camera.aon.IAONService/default";
 inline constexpr char kControls[] = "zarvo.aon.host.IHostControl/default";
-
-/** What a process has open and what runs in it. */
-struct Holdings {
-    static Holdings Of(pid_t process);
-    bool IsWithin(const Holdings& other) const {
-        return descriptors <= other.descriptors && threads <= other.threads;
-    }
-
-    ptrdiff_t descriptors;
-    ptrdiff_t threads;
-};
-/** For the messages of failed tests. */
-void PrintTo(const Holdings& holdings, std::ostream* out);
 
 /** What a process keeps in memory, in KiB. */
 long ResidentKiB(pid_t process);
@@ -32,7 +20,6 @@ long ResidentKiB(pid_t process);
 /** Tests with the service's process, in a runtime directory of their own. */
 class ServiceProcess : public testing::Test {
   protected:
-    ServiceProcess();
     ~ServiceProcess() override;
 
     /** Starts a service; it may not be reached yet. */
@@ -45,10 +32,8 @@ class ServiceProcess : public testing::Test {
     static Holdings AwaitMore(const Child& service, const Holdings& least);
     /** A client that comes to `point` and is killed there, or lives; see Client.cpp. */
     static std::unique_ptr<Child> StartClient(const std::string& point, int microseconds = 0);
-    /** All that services have logged so far. */
-    std::string Log() const;
 
-    std::string directory;
+    const RuntimeDirectory directory;
 };
 
 }  // namespace zarvo::test

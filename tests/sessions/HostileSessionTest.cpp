@@ -20,7 +20,7 @@ class HostileSession : public ServerTest {
         std::vector<Socket> crowd;
         for (int i = 0; i < 1000; ++i) {
             auto [near, far] = Socket::Pair();
-            const bool isTaken = mServer->Accept(std::move(far));
+            const bool isTaken = mServer.Accept(std::move(far));
             Send(near, hello);
             if (isTaken) crowd.push_back(std::move(near));
         }
@@ -135,7 +135,7 @@ TEST_F(HostileSession, MayRepeatTheNumberOfAOnewayCallThatRuns) {
 TEST_F(HostileSession, ThatReadsNothingHoldsUpNobodyElse) {
     auto [session, far] = Socket::Pair();
     const ndk::ScopedFileDescriptor serversEnd(dup(far.Fd()));
-    mServer->Accept(std::move(far));
+    mServer.Accept(std::move(far));
     Send(session, kHello + kInit + Call(kSpecial, wire::kGetRoot));
     std::vector<uint8_t> ping = BytesOf(Call(kRoot, 0x5F504E47));
     // Until the server has no room for replies, nor this end for calls.

@@ -1,26 +1,15 @@
-#include <filesystem>
-#include <iterator>
+#include <unistd.h>
+
 #include <random>
 #include <thread>
 
 #include "tests/sessions/ServerTest.h"
+#include "tests/support/Holdings.h"
 
 namespace tests {
 namespace {
 
-/** What this process has open, and what runs in it. */
-struct Holdings {
-    static Holdings Now() { return {Count("/proc/self/fd"), Count("/proc/self/task")}; }
-    static ptrdiff_t Count(const char* directory) {
-        return std::distance(std::filesystem::directory_iterator(directory), {});
-    }
-    bool IsWithin(const Holdings& other) const {
-        return descriptors <= other.descriptors && threads <= other.threads;
-    }
-
-    ptrdiff_t descriptors;
-    ptrdiff_t threads;
-};
+using ::zarvo::test::Holdings;
 
 /** Clients that are killed: their sockets end, wherever they were. */
 class KilledClients : public ServerTest {
@@ -40,7 +29,7 @@ class KilledClients : public ServerTest {
     Socket Enter() {
         while (true) {
             auto [near, far] = Socket::Pair();
-            if (mServer->Accept(std::move(far))) return std::move(near);
+            if (mServer.Accept(std::move(far))) return std::move(near);
             std::this_thread::yield();
         }
     }
@@ -56,23 +45,20 @@ class KilledClients : public ServerTest {
     std::atomic<binder_status_t> mLast{STATUS_OK};
 };
 
-const std::string kToken = "0b000000 740065007300740073002e0049005000650065007200 0000";
 const std::string kVisitor = "01000000 0100000000000000 0c000000";
 /** The replies to what a visitor is asked: its name, and to visit. */
-const std::string kNameReply =
-        Command(1, 20 + 28) + U32(0) + U32(28) + kZeros.substr(0, 24) + kToken;
-const std::string kVisitReply =
-        Command(1, 20 + 12) + U32(0) + U32(12) + kZeros.substr(0, 24) + U32(0) + U32(0) + U32(0);
+const std::string kNameReply = Reply(kPeerToken);
+const std::string kVisitReply = Reply(U32(0) + U32(0) + U32(0));
 
 TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
-    const std::string visit = Call(kRoot, 1, kToken + kVisitor + U32(5));
+    const std::string visit = Call(kRoot, 1, kPeerToken + kVisitor + U32(5));
     const std::string life = kHello + kInit + Call(kSpecial, wire::kGetRoot) + visit + kNameReply +
-                             kVisitReply + Call(kRoot, 3, kToken + U32(1), 1, 0) +
-                             Call(kRoot, 3, kToken + U32(3), 1, 2) + visit + kVisitReply;
+                             kVisitReply + Call(kRoot, 3, kPeerToken + U32(1), 1, 0) +
+                             Call(kRoot, 3, kPeerToken + U32(3), 1, 2) + visit + kVisitReply;
     std::vector<uint8_t> bytes = BytesOf(life);
     // With the first thread the sanitizer starts one of its own.
     std::thread([] {}).join();
-    const auto before = Holdings::Now();
+    const auto before = Holdings::Of(getpid());
     std::minstd_rand random(7);
     for (int i = 0; i < 1000; ++i) {
         const Socket client = Enter();
@@ -91,7 +77,7 @@ TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
         if (i % 4 == 2) Receive(called, 8);
     }
     EXPECT_TRUE(ServesTheNext());
-    while (!Holdings::Now().IsWithin(before))
+    while (!Holdings::Of(getpid()).IsWithin(before))
         std::this_thread::yield();
     EXPECT_GT(mLinked, 100);
     AwaitUnlinked();
@@ -100,16 +86,15 @@ TEST_F(KilledClients, LeaveNothingBehindWhereverTheyWere) {
 TEST_F(KilledClients, GiveTheirServerDeadObjectsInsideACall) {
     Socket client = Greeted();
     // A oneway call waits for one that never comes.
-    Send(client, Call(kRoot, 3, kToken + U32(3), 1, 2) +
-                         Call(kRoot, 1, kToken + kVisitor + U32(5)) + kNameReply);
+    Send(client, Call(kRoot, 3, kPeerToken + U32(3), 1, 2) +
+                         Call(kRoot, 1, kPeerToken + kVisitor + U32(5)) + kNameReply);
     // The name is asked, and then the visitor is called.
     Receive(client, 16 + 40 + 16 + 40 + 28);
     client = {};
     while (mLinked == 0)
         std::this_thread::yield();
     AwaitUnlinked();
-    mServer->Close();
-    mServer->JoinThreads();
+    mServer.End();
     EXPECT_EQ(mLast, STATUS_DEAD_OBJECT);
 }
 

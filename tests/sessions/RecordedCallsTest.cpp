@@ -1,10 +1,7 @@
-#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
-
 #include <functional>
 #include <thread>
 
-#include "tests/sessions/ServerTest.h"
+#include "tests/sessions/RecordedService.h"
 
 /* Every call of the interface as the platform's own library puts it on a socket, one row each. Our
  * ends must say these bytes and understand them: once the test plays the client, once the server.
@@ -13,62 +10,8 @@
 namespace tests {
 namespace {
 
-using namespace ::aidl::vendor::zarvo::hardware::camera::aon;
-
-constexpr int64_t kHandle = 0x1001;
-const SensorConfigInfo kConfig{1, 640, 480, 10, 0, 0, 2, 3};
-const std::vector<AONSensorInfo> kSensors{{7, 1, 270, 90, {{320, 240, {5, 10}}, {640, 480, {30}}}}};
-const AONSensorStateInfo kState{7, 2};
-const AONCallBackInfo kEvent{1, {{3, AONResultValue::make<AONResultValue::intValue>(42)}}};
-
-/** Checks what it is called with; answers as the recorded service did. */
-class RecordedService : public BnAONService {
-  public:
-    explicit RecordedService(std::string* called) : mCalled(*called) {}
-
-    ScopedAStatus registerClient(const std::shared_ptr<IAONServiceCallBack>& in_callback,
-                                 int32_t in_serviceType, int64_t* _aidl_return) override {
-        EXPECT_EQ(in_callback, nullptr);
-        *_aidl_return = kHandle;
-        return Called("registerClient", kHandle, in_serviceType);
-    }
-    ScopedAStatus getAonSensorInfoList(std::vector<AONSensorInfo>* _aidl_return) override {
-        *_aidl_return = kSensors;
-        return Called("getAonSensorInfoList");
-    }
-    ScopedAStatus subscribeSensor(int64_t in_clientHandle,
-                                  const SensorConfigInfo& in_config) override {
-        EXPECT_EQ(in_config, kConfig);
-        return Called("subscribeSensor", in_clientHandle);
-    }
-    ScopedAStatus startService(int64_t in_clientHandle, int32_t in_serviceType) override {
-        return Called("startService", in_clientHandle, in_serviceType);
-    }
-    ScopedAStatus stopService(int64_t in_clientHandle, int32_t in_serviceType) override {
-        return Called("stopService", in_clientHandle, in_serviceType);
-    }
-    ScopedAStatus unsubscribeSensor(int64_t in_clientHandle) override {
-        return Called("unsubscribeSensor", in_clientHandle);
-    }
-    ScopedAStatus unregisterClient(int64_t in_clientHandle) override {
-        return Called("unregisterClient", in_clientHandle);
-    }
-
-  private:
-    ScopedAStatus Called(const char* method, int64_t handle = kHandle, int32_t serviceType = 1) {
-        EXPECT_EQ(handle, kHandle);
-        EXPECT_EQ(serviceType, 1);
-        mCalled = method;
-        return ScopedAStatus::ok();
-    }
-
-    std::string& mCalled;
-};
-
 class RecordedCallback : public BnAONServiceCallBack {
   public:
-    explicit RecordedCallback(std::string* called) : mCalled(*called) {}
-
     ScopedAStatus onAONEvent(int64_t in_clientHandle, const AONCallBackInfo& in_info) override {
         EXPECT_EQ(in_info, kEvent);
         return Called("onAONEvent", in_clientHandle);
@@ -79,14 +22,14 @@ class RecordedCallback : public BnAONServiceCallBack {
         return Called("onSensorStateChanged", in_clientHandle);
     }
 
+    std::string called;
+
   private:
     ScopedAStatus Called(const char* method, int64_t handle) {
         EXPECT_EQ(handle, kHandle);
-        mCalled = method;
+        called = method;
         return ScopedAStatus::ok();
     }
-
-    std::string& mCalled;
 };
 
 std::string Utf16(std::string_view ascii) {
@@ -129,14 +72,16 @@ binder_status_t CallBare(const SpAIBinder& root, transaction_code_t code) {
     return AIBinder_transact(root.get(), code, &in, out.getR(), 0);
 }
 
-/** A method called through the proxy of interface I, by a lambda that gives the outcome. */
-template <typename I, typename Method>
-auto Through(Method method) {
-    return [method](const SpAIBinder& root) -> binder_status_t {
-        const ScopedAStatus outcome = method(*I::fromBinder(root));
-        EXPECT_EQ(outcome.isOk(), outcome.getStatus() == STATUS_OK);
-        return outcome.getStatus();
-    };
+/** The outcome of a method that fails, if at all, with a status. */
+binder_status_t Outcome(const ScopedAStatus& outcome) {
+    EXPECT_EQ(outcome.isOk(), outcome.getStatus() == STATUS_OK);
+    return outcome.getStatus();
+}
+std::shared_ptr<IAONService> ServiceOf(const SpAIBinder& root) {
+    return IAONService::fromBinder(root);
+}
+std::shared_ptr<IAONServiceCallBack> CallbackOf(const SpAIBinder& root) {
+    return IAONServiceCallBack::fromBinder(root);
 }
 
 const std::string kHandleHex = "0110000000000000";
@@ -144,60 +89,60 @@ const std::string kOk = "00000000";
 
 const std::vector<RecordedCall> kServiceCalls = {
         {0x5F4E5446, "", kServiceToken, "",
-         [](const SpAIBinder& root) {
-             return IAONService::fromBinder(root) == nullptr ? STATUS_BAD_TYPE : STATUS_OK;
-         }},
+         [](const SpAIBinder& root) { return ServiceOf(root) ? STATUS_OK : STATUS_BAD_TYPE; }},
         {0x5F504E47, "", "", "", [](const SpAIBinder& root) { return AIBinder_ping(root.get()); }},
         {1, kServiceToken + "000000000000000001000000", kOk + kHandleHex, "registerClient",
-         Through<IAONService>([](IAONService& service) {
+         [](const SpAIBinder& root) {
              int64_t handle = 0;
-             auto outcome = service.registerClient(nullptr, 1, &handle);
+             const auto status = Outcome(ServiceOf(root)->registerClient(nullptr, 1, &handle));
              EXPECT_EQ(handle, kHandle);
-             return outcome;
-         })},
+             return status;
+         }},
         {2, kServiceToken,
          "0000000001000000010000004c00000007000000010000000e0100005a00000002000000"
          "010000001800000040010000f000000002000000050000000a000000"
          "010000001400000080020000e0010000010000001e000000",
-         "getAonSensorInfoList", Through<IAONService>([](IAONService& service) {
+         "getAonSensorInfoList",
+         [](const SpAIBinder& root) {
              std::vector<AONSensorInfo> sensors;
-             auto outcome = service.getAonSensorInfoList(&sensors);
+             const auto status = Outcome(ServiceOf(root)->getAonSensorInfoList(&sensors));
              EXPECT_EQ(sensors, kSensors);
-             return outcome;
-         })},
+             return status;
+         }},
         {3,
          kServiceToken + kHandleHex +
                  "01000000240000000100000080020000e00100000a000000"
                  "00000000000000000200000003000000",
-         kOk, "subscribeSensor", Through<IAONService>([](IAONService& service) {
-             return service.subscribeSensor(kHandle, kConfig);
-         })},
+         kOk, "subscribeSensor",
+         [](const SpAIBinder& root) {
+             return Outcome(ServiceOf(root)->subscribeSensor(kHandle, kConfig));
+         }},
         {4, kServiceToken + kHandleHex + "01000000", kOk, "startService",
-         Through<IAONService>(
-                 [](IAONService& service) { return service.startService(kHandle, 1); })},
+         [](const SpAIBinder& root) { return Outcome(ServiceOf(root)->startService(kHandle, 1)); }},
         {5, kServiceToken + kHandleHex + "01000000", kOk, "stopService",
-         Through<IAONService>(
-                 [](IAONService& service) { return service.stopService(kHandle, 1); })},
+         [](const SpAIBinder& root) { return Outcome(ServiceOf(root)->stopService(kHandle, 1)); }},
         {6, kServiceToken + kHandleHex, kOk, "unsubscribeSensor",
-         Through<IAONService>(
-                 [](IAONService& service) { return service.unsubscribeSensor(kHandle); })},
+         [](const SpAIBinder& root) {
+             return Outcome(ServiceOf(root)->unsubscribeSensor(kHandle));
+         }},
         {7, kServiceToken + kHandleHex, kOk, "unregisterClient",
-         Through<IAONService>(
-                 [](IAONService& service) { return service.unregisterClient(kHandle); })},
+         [](const SpAIBinder& root) {
+             return Outcome(ServiceOf(root)->unregisterClient(kHandle));
+         }},
         {0xFFFFFF, kServiceToken, kOk + "01000000", "",
-         Through<IAONService>([](IAONService& service) {
+         [](const SpAIBinder& root) {
              int32_t version = 0;
-             auto outcome = service.getInterfaceVersion(&version);
+             const auto status = Outcome(ServiceOf(root)->getInterfaceVersion(&version));
              EXPECT_EQ(version, 1);
-             return outcome;
-         })},
+             return status;
+         }},
         {0xFFFFFE, kServiceToken, kOk + Utf16(IAONService::hash), "",
-         Through<IAONService>([](IAONService& service) {
+         [](const SpAIBinder& root) {
              std::string hash;
-             auto outcome = service.getInterfaceHash(&hash);
+             const auto status = Outcome(ServiceOf(root)->getInterfaceHash(&hash));
              EXPECT_EQ(hash, IAONService::hash);
-             return outcome;
-         })},
+             return status;
+         }},
         {50, kServiceToken, "", "", [](const SpAIBinder& root) { return CallBare(root, 50); },
          STATUS_UNKNOWN_TRANSACTION},
         {1, kServiceToken, "", "", [](const SpAIBinder& root) { return CallBare(root, 1); },
@@ -206,20 +151,20 @@ const std::vector<RecordedCall> kServiceCalls = {
 
 const std::vector<RecordedCall> kCallbackCalls = {
         {0x5F4E5446, "", kCallbackToken, "",
-         [](const SpAIBinder& root) {
-             return IAONServiceCallBack::fromBinder(root) == nullptr ? STATUS_BAD_TYPE : STATUS_OK;
-         }},
+         [](const SpAIBinder& root) { return CallbackOf(root) ? STATUS_OK : STATUS_BAD_TYPE; }},
         {1,
          kCallbackToken + kHandleHex +
                  "010000002400000001000000"
                  "0100000001000000140000000300000001000000020000002a000000",
-         kOk, "onAONEvent", Through<IAONServiceCallBack>([](IAONServiceCallBack& callback) {
-             return callback.onAONEvent(kHandle, kEvent);
-         })},
+         kOk, "onAONEvent",
+         [](const SpAIBinder& root) {
+             return Outcome(CallbackOf(root)->onAONEvent(kHandle, kEvent));
+         }},
         {2, kCallbackToken + kHandleHex + "010000000c0000000700000002000000", kOk,
-         "onSensorStateChanged", Through<IAONServiceCallBack>([](IAONServiceCallBack& callback) {
-             return callback.onSensorStateChanged(kHandle, kState);
-         })},
+         "onSensorStateChanged",
+         [](const SpAIBinder& root) {
+             return Outcome(CallbackOf(root)->onSensorStateChanged(kHandle, kState));
+         }},
 };
 
 RecordedCall AskSession(uint32_t code, const std::string& reply) {
@@ -229,29 +174,25 @@ const RecordedCall kAskThreads = AskSession(wire::kGetMaxThreads, "01000000");
 const RecordedCall kAskId = AskSession(wire::kGetSessionId, "20000000" + std::string(64, '7'));
 const RecordedCall kAskRoot = AskSession(wire::kGetRoot, "01000000" + kRoot + "3f000000");
 
-/** Our server's answers to a recorded client; `called` is what its root says was called. */
-void ExpectAnswers(const SpAIBinder& root, const std::vector<RecordedCall>& calls,
-                   std::string* called) {
-    const auto server = std::make_shared<RpcServer>(RpcServer::Settings{.threads = 1},
-                                                    Ref<AIBinder>::Share(root.get()));
-    auto [socket, far] = Socket::Pair();
-    ASSERT_TRUE(server->Accept(std::move(far)));
+/** Our server's answers to a recorded client, and what they call of its root. */
+template <typename Root>
+void ExpectAnswers(const std::vector<RecordedCall>& calls) {
+    const auto root = SharedRefBase::make<Root>();
+    Server server({}, root->asBinder().get());
+    const Socket socket = server.Dial();
     Send(socket, kHello + kInit);
     EXPECT_EQ(Receive(socket, 8), "0100000000000000");
-    const auto expectAnswer = [&, &client = socket](const RecordedCall& call) {
+    const auto expectAnswer = [&](const RecordedCall& call) {
         SCOPED_TRACE(call.request);
-        called->clear();
-        Send(client, call.Request());
-        EXPECT_EQ(Receive(client, call.Answer().size() / 2), call.Answer());
-        EXPECT_EQ(*called, call.method);
+        root->called.clear();
+        Send(socket, call.Request());
+        EXPECT_EQ(Receive(socket, call.Answer().size() / 2), call.Answer());
+        EXPECT_EQ(root->called, call.method);
     };
     for (const RecordedCall& call : {kAskThreads, kAskRoot})
         expectAnswer(call);
     for (const RecordedCall& call : calls)
         expectAnswer(call);
-    socket = {};
-    server->Close();
-    server->JoinThreads();
 }
 
 /** Our client's calls of a recorded server. */
@@ -281,11 +222,8 @@ void ExpectCalls(const std::vector<RecordedCall>& calls) {
 }
 
 TEST(RecordedCalls, AreAnsweredByOurServer) {
-    std::string called;
-    const auto service = SharedRefBase::make<RecordedService>(&called);
-    ExpectAnswers(service->asBinder(), kServiceCalls, &called);
-    const auto callback = SharedRefBase::make<RecordedCallback>(&called);
-    ExpectAnswers(callback->asBinder(), kCallbackCalls, &called);
+    ExpectAnswers<RecordedService>(kServiceCalls);
+    ExpectAnswers<RecordedCallback>(kCallbackCalls);
 }
 
 TEST(RecordedCalls, AreMadeByOurClient) {

@@ -1,6 +1,3 @@
-#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
-#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 
 #include <fstream>
@@ -8,17 +5,13 @@
 #include <map>
 #include <sstream>
 
-#include "host/binder/rpc/RpcClient.h"
-#include "host/binder/rpc/RpcServer.h"
-#include "tests/binder/Hex.h"
 #include "tests/clients/RecordingCallback.h"
+#include "tests/sessions/RecordedService.h"
 
 namespace tests {
 namespace {
 
-using namespace ::aidl::vendor::zarvo::hardware::camera::aon;
-using namespace ::zarvo::host;
-using ::ndk::ScopedAStatus;
+using ::zarvo::host::RpcClientSettings;
 using ::zarvo::test::RecordingCallback;
 
 /** One message of the recording. */
@@ -78,19 +71,16 @@ class Player {
         if (const size_t id = step.hex.find("ID"); id != std::string::npos) {
             step.hex.replace(id, 2, mId.empty() ? std::string(64, '7') : mId);
         }
-        std::vector<uint8_t> bytes = BytesOf(step.hex);
         if (step.fromClient == mIsClient) {
-            std::array part{iovec{bytes.data(), bytes.size()}};
-            ASSERT_TRUE(socket.Send(part));
+            Send(socket, step.hex);
             return;
         }
-        std::vector<uint8_t> received(bytes.size());
-        ASSERT_TRUE(socket.ReceiveAll(received.data(), received.size()));
+        const std::string received = Receive(socket, step.hex.size() / 2);
         if (mIsClient && step.hex.ends_with(std::string(64, '7'))) {
-            mId = Hex(received).substr(step.hex.size() - 64);
+            mId = received.substr(step.hex.size() - 64);
             step.hex.replace(step.hex.size() - 64, 64, mId);
         }
-        EXPECT_EQ(Hex(received), step.hex);
+        ASSERT_EQ(received, step.hex);
     }
 
     const bool mIsClient;
@@ -102,54 +92,15 @@ class Player {
 constexpr char kLastReplyToClient[] =
         "020000001000000000000000000000000300000000000000010000000000";
 
-/** Answers as the recorded service did. */
-class RecordedService : public BnAONService {
-  public:
-    ScopedAStatus registerClient(const std::shared_ptr<IAONServiceCallBack>& in_callback, int32_t,
-                                 int64_t* _aidl_return) override {
-        callback = in_callback;
-        *_aidl_return = 0x1001;
-        return ScopedAStatus::ok();
-    }
-    ScopedAStatus startService(int64_t, int32_t) override { return ScopedAStatus::ok(); }
-    ScopedAStatus getAonSensorInfoList(std::vector<AONSensorInfo>*) override { return Not(); }
-    ScopedAStatus subscribeSensor(int64_t, const SensorConfigInfo&) override { return Not(); }
-    ScopedAStatus stopService(int64_t, int32_t) override { return Not(); }
-    ScopedAStatus unsubscribeSensor(int64_t) override { return Not(); }
-    ScopedAStatus unregisterClient(int64_t) override { return Not(); }
-
-    std::shared_ptr<IAONServiceCallBack> callback;
-
-  private:
-    static ScopedAStatus Not() { return ScopedAStatus::fromStatus(STATUS_UNKNOWN_TRANSACTION); }
-};
-
-AONCallBackInfo RecordedEvent() {
-    AONCallBackInfo info;
-    info.serviceType = 1;
-    AONResult result;
-    result.key = 3;
-    result.value.set<AONResultValue::intValue>(42);
-    info.results.push_back(result);
-    return info;
-}
-
 TEST(RecordedSession, IsWhatAClientHearsFromOurServer) {
-    const auto service = ndk::SharedRefBase::make<RecordedService>();
-    const auto server = std::make_shared<RpcServer>(
-            RpcServer::Settings{.threads = 1, .acknowledgeWithReply = false},
-            Ref<AIBinder>::Share(service->asBinder().get()));
+    const auto service = SharedRefBase::make<RecordedService>();
+    Server server({.threads = 1, .acknowledgeWithReply = false}, service->asBinder().get());
     Player client(true);
-    client.open = [&](const std::string&) {
-        auto [near, far] = Socket::Pair();
-        EXPECT_TRUE(server->Accept(std::move(far)));
-        return std::move(near);
-    };
+    client.open = [&](const std::string&) { return server.Dial(); };
     // Up to the acknowledgement that follows the last call's reply.
     for (int i = 0; i < 3; ++i)
         client.PlayUntil(kLastReplyToClient);
-    std::thread event(
-            [&] { EXPECT_TRUE(service->callback->onAONEvent(0x1001, RecordedEvent()).isOk()); });
+    std::thread event([&] { EXPECT_TRUE(service->callback->onAONEvent(kHandle, kEvent).isOk()); });
     client.PlayToTheEnd();
     event.join();
     // The client goes, and the server's end of both sockets with it.
@@ -157,8 +108,6 @@ TEST(RecordedSession, IsWhatAClientHearsFromOurServer) {
     shutdown(client.sockets["C1"].Fd(), SHUT_WR);
     client.ExpectEndOfAll();
     service->callback.reset();
-    server->Close();
-    server->JoinThreads();
 }
 
 TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
@@ -173,17 +122,16 @@ TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
         dialled[std::string("C") + name++].set_value(std::move(far));
         return std::move(near);
     };
-    const auto callback = ndk::SharedRefBase::make<RecordingCallback>();
+    const auto callback = SharedRefBase::make<RecordingCallback>();
     std::promise<void> started;
     std::promise<void> over;
     std::thread client([&] {
         const auto session = ConnectRpc(settings);
         ASSERT_TRUE(session->OpenIncoming(1));
-        const ndk::SpAIBinder root(AskRoot(*session).Release());
-        const auto service = IAONService::fromBinder(root);
+        const auto service = IAONService::fromBinder(SpAIBinder(AskRoot(*session).Release()));
         int64_t handle = 0;
         EXPECT_TRUE(service->registerClient(callback, 1, &handle).isOk());
-        EXPECT_EQ(handle, 0x1001);
+        EXPECT_EQ(handle, kHandle);
         EXPECT_TRUE(service->startService(handle, 1).isOk());
         started.set_value();
         over.get_future().wait();
@@ -198,8 +146,8 @@ TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
     over.set_value();
     client.join();
     server.ExpectEndOfAll();
-    ASSERT_EQ(callback->TakeEvents().size(), 1U);
-    EXPECT_EQ(callback->Handle(), 0x1001);
+    EXPECT_EQ(callback->TakeEvents(), std::vector{kEvent});
+    EXPECT_EQ(callback->Handle(), kHandle);
 }
 
 }  // namespace

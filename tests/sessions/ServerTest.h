@@ -60,19 +60,39 @@ inline std::string Reply(const std::string& parcel) {
 /** The peer's descriptor, with which its calls begin. */
 inline const std::string kPeerToken = "0b000000 740065007300740073002e0049005000650065007200 0000";
 
-/** A server with a peer as root, and sockets to it. */
-class ServerTest : public testing::Test {
-  protected:
-    ~ServerTest() override {
+/** A server of an object, which ends with this, and sockets to it. */
+class Server {
+  public:
+    Server(RpcServer::Settings settings, AIBinder* root)
+        : mServer(std::make_shared<RpcServer>(settings, Ref<AIBinder>::Share(root))) {}
+    ~Server() { End(); }
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    bool Accept(Socket far) { return mServer->Accept(std::move(far)); }
+    Socket Dial() {
+        auto [near, far] = Socket::Pair();
+        Accept(std::move(far));
+        return std::move(near);
+    }
+    void End() {
         mServer->Close();
         mServer->JoinThreads();
     }
 
-    Socket Dial() {
-        auto [near, far] = Socket::Pair();
-        mServer->Accept(std::move(far));
-        return std::move(near);
-    }
+  private:
+    const std::shared_ptr<RpcServer> mServer;
+};
+
+/** The peer at the other end of a session. */
+inline std::shared_ptr<IPeer> RootOf(RpcSession& session) {
+    return IPeer::fromBinder(SpAIBinder(AskRoot(session).Release()));
+}
+
+/** A server with a peer as root. */
+class ServerTest : public testing::Test {
+  protected:
+    Socket Dial() { return mServer.Dial(); }
     /** A session that has the root. */
     Socket Greeted() {
         Socket socket = Dial();
@@ -89,8 +109,7 @@ class ServerTest : public testing::Test {
     }
 
     const std::shared_ptr<Peer> mPeer = SharedRefBase::make<Peer>();
-    const std::shared_ptr<RpcServer> mServer = std::make_shared<RpcServer>(
-            RpcServer::Settings{.threads = 2}, Ref<AIBinder>::Share(mPeer->asBinder().get()));
+    Server mServer{{.threads = 2}, mPeer->asBinder().get()};
 };
 
 }  // namespace tests

@@ -2,7 +2,6 @@
 #include <android/binder_process.h>
 #include <android/binder_stability.h>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -13,7 +12,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <thread>
@@ -22,74 +20,46 @@
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 #include "tests/sessions/ServerTest.h"
+#include "tests/support/Child.h"
+#include "tests/support/RuntimeDirectory.h"
 
 namespace tests {
 namespace {
 
 using ::zarvo::host::FoundServices;
 using ::zarvo::host::SocketAddress;
+using ::zarvo::test::Child;
+using ::zarvo::test::RuntimeDirectory;
 using namespace std::chrono_literals;
 
 constexpr char kName[] = "tests.IPeer/default";
+constexpr char kPublished[] = "0";
 
 /** Another process that serves kName, or tries to. */
-class PeerProcess {
+class PeerProcess : public Child {
   public:
-    PeerProcess() {
-        std::array<int, 2> pipe{-1, -1};
-        if (pipe2(pipe.data(), O_CLOEXEC) != 0) return;
-        const ndk::ScopedFileDescriptor output(pipe[0]);
-        ndk::ScopedFileDescriptor input(pipe[1]);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, input.get(), STDOUT_FILENO);
-        std::string program = PEER_PROCESS;
-        std::string name = kName;
-        const std::array<char*, 3> arguments{program.data(), name.data(), nullptr};
-        if (posix_spawn(&mPid, PEER_PROCESS, &actions, nullptr, arguments.data(), environ) != 0) {
-            mPid = 0;
-        }
-        posix_spawn_file_actions_destroy(&actions);
-        input.set(-1);
-        std::array<char, 16> text{};
-        if (read(output.get(), text.data(), text.size() - 1) > 0) {
-            result = static_cast<int>(std::strtol(text.data(), nullptr, 10));
-        }
-    }
-    ~PeerProcess() { Kill(); }
+    PeerProcess() : Child({PEER_PROCESS, kName}) {}
+
     void Kill() {
-        if (mPid == 0) return;
-        kill(mPid, SIGKILL);
-        waitpid(std::exchange(mPid, 0), nullptr, 0);
+        Signal(SIGKILL);
+        Wait();
     }
-    pid_t Pid() const { return mPid; }
 
-    /** What came of publishing it; an impossible number if nothing did. */
-    int result = 1;
-
-  private:
-    pid_t mPid = 0;
+    /** What came of publishing it, as text. */
+    const std::string result = Line();
 };
 
-/** With a runtime directory of its own. */
 class ServiceNames : public testing::Test {
   protected:
-    ServiceNames() {
-        char path[] = "/tmp/aon-test-XXXXXX";
-        mDirectory = mkdtemp(path);
-        setenv("AON_RUNTIME_DIR", path, 1);
-    }
-    ~ServiceNames() override {
-        zarvo::host::PublishedServices::Instance().WithdrawAll();
-        std::filesystem::remove_all(mDirectory);
-    }
+    ~ServiceNames() override { zarvo::host::PublishedServices::Instance().WithdrawAll(); }
 
     std::string SocketFile() const { return mDirectory + "/tests.IPeer_default"; }
     static std::shared_ptr<IPeer> Find() {
         return IPeer::fromBinder(SpAIBinder(AServiceManager_checkService(kName)));
     }
 
-    std::string mDirectory;
+    const RuntimeDirectory mRuntime;
+    const std::string& mDirectory = mRuntime.path;
     const std::shared_ptr<Peer> mPeer = SharedRefBase::make<Peer>();
 };
 
@@ -188,12 +158,12 @@ TEST_F(ServiceNames, ReachWhoComesAlsoDuringACrowd) {
 
 TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
     PeerProcess first;
-    ASSERT_EQ(first.result, EX_NONE);
-    EXPECT_EQ(PeerProcess().result, EX_ILLEGAL_STATE);
+    ASSERT_EQ(first.result, kPublished);
+    EXPECT_EQ(PeerProcess().result, std::to_string(EX_ILLEGAL_STATE));
     first.Kill();
     EXPECT_TRUE(std::filesystem::is_socket(SocketFile()));
     EXPECT_EQ(Find(), nullptr);
-    EXPECT_EQ(PeerProcess().result, EX_NONE);
+    EXPECT_EQ(PeerProcess().result, kPublished);
 }
 
 TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAreGivenUpInTime) {
@@ -216,19 +186,6 @@ TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAreGivenUpInTime) {
     waiting.clear();
     kill(process.Pid(), SIGCONT);
     EXPECT_NE(Find(), nullptr);
-}
-
-TEST_F(ServiceNames, AreWaitedForUntilSomebodyServesThem) {
-    std::promise<void> waits;
-    auto found = std::async(std::launch::async, [&] {
-        waits.set_value();
-        return IPeer::fromBinder(SpAIBinder(AServiceManager_waitForService(kName)));
-    });
-    waits.get_future().wait();
-    PeerProcess process;
-    std::string text;
-    EXPECT_TRUE(found.get()->visit(nullptr, 5, &text).isOk());
-    EXPECT_EQ(text, "5");
 }
 
 TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
@@ -319,7 +276,7 @@ TEST_F(ServiceNames, AreTakenBackBeforeAnybodyLosesAService) {
                 AIBinder_linkToDeath(known->asBinder().get(), recipient.get(), &onDeath));
     };
     const auto session = ConnectRpc({.dial = [&](auto) { return Socket::Connect(SocketFile()); }});
-    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    const auto root = RootOf(*session);
     std::string text;
     ASSERT_TRUE(root->visit(SharedRefBase::make<Peer>(), 5, &text).isOk());
     zarvo::host::PublishedServices::Instance().WithdrawAll();

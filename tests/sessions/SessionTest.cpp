@@ -15,29 +15,23 @@ class SessionTest : public ServerTest {
     std::shared_ptr<IPeer> Connect(RpcClientSettings settings = {}) {
         settings.dial = [this](auto) { return Dial(); };
         mSession = ConnectRpc(settings);
-        return mSession == nullptr ? nullptr
-                                   : IPeer::fromBinder(SpAIBinder(AskRoot(*mSession).Release()));
+        return mSession == nullptr ? nullptr : RootOf(*mSession);
     }
 
     std::shared_ptr<RpcSession> mSession;
 };
 
 TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
-    const auto old = std::make_shared<RpcServer>(RpcServer::Settings{.newestVersion = 0},
-                                                 Ref<AIBinder>::Share(mPeer->asBinder().get()));
+    Server old({.newestVersion = 0}, mPeer->asBinder().get());
     for (const bool isOldServer : {false, true}) {
         SCOPED_TRACE(isOldServer);
         RpcClientSettings settings;
         settings.newestVersion = isOldServer ? 1 : 0;
-        settings.dial = [&](auto) {
-            auto [near, far] = Socket::Pair();
-            (isOldServer ? old : mServer)->Accept(std::move(far));
-            return std::move(near);
-        };
+        settings.dial = [&](auto) { return (isOldServer ? old : mServer).Dial(); };
         const auto session = ConnectRpc(settings);
         ASSERT_NE(session, nullptr);
         EXPECT_EQ(session->Setup().version, 0U);
-        const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+        const auto root = RootOf(*session);
         mPeer->onVisit = [](const auto& visitor, int32_t number, std::string* text) {
             return visitor->visit(nullptr, number, text);
         };
@@ -47,8 +41,6 @@ TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
         EXPECT_EQ(text, "5");
         EXPECT_EQ(root->visit(visitor, STATUS_BAD_VALUE, &text).getStatus(), STATUS_BAD_VALUE);
     }
-    old->Close();
-    old->JoinThreads();
     // The head of a reply is the status alone.
     const Socket socket = Dial();
     Send(socket, "00000000" + kHello.substr(8) + kInit + Call(kSpecial, wire::kGetRoot));
@@ -95,7 +87,7 @@ TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
             std::this_thread::yield();
         return ScopedAStatus::ok();
     };
-    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    const auto root = RootOf(*session);
     const auto visit = [&] {
         std::string text;
         EXPECT_TRUE(root->visit(nullptr, 5, &text).isOk());
@@ -152,10 +144,15 @@ TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
     EXPECT_EQ(visit(100, 0), STATUS_OK);
 }
 
-TEST_F(SessionTest, ManyOnewayCallsDoNotStopBothEnds) {
+TEST_F(SessionTest, ManyOnewayCallsRunInOrderOnOneThreadAndDoNotStopBothEnds) {
     const auto root = Connect();
     std::atomic<int32_t> told{0};
-    mPeer->onTell = [&](int32_t) { ++told; };
+    std::thread::id servedBy;
+    mPeer->onTell = [&](int32_t number) {
+        if (number == 0) servedBy = std::this_thread::get_id();
+        EXPECT_EQ(std::this_thread::get_id(), servedBy);
+        EXPECT_EQ(told++, number);
+    };
     constexpr int32_t kMany = 3000;
     for (int32_t i = 0; i < kMany; ++i)
         ASSERT_TRUE(root->tell(i).isOk());
@@ -197,7 +194,7 @@ TEST_F(SessionTest, HoldsAnObjectWhileACallMayBeOnItsWay) {
         Send(far, greeting + (isAcknowledged ? acknowledgement : "") + refusal);
         const auto session =
                 ConnectRpc({.dial = [&, &socket = near](auto) { return std::move(socket); }});
-        auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+        auto root = RootOf(*session);
         ASSERT_NE(root, nullptr);
         if (tells) {
             EXPECT_TRUE(root->tell(1).isOk());
@@ -222,10 +219,9 @@ TEST_F(SessionTest, AcknowledgesAllThatACallBroughtBeforeItsReply) {
                 }
                 return status;
             });
-    const auto server = std::make_shared<RpcServer>(
-            RpcServer::Settings{}, Ref<AIBinder>::Adopt(AIBinder_new(reader, nullptr)));
-    auto [socket, far] = Socket::Pair();
-    server->Accept(std::move(far));
+    const SpAIBinder root(AIBinder_new(reader, nullptr));
+    Server server({}, root.get());
+    const Socket socket = server.Dial();
     std::string parcel = kPeerToken;
     std::string acknowledgements;
     for (int i = 0; i < kMany; ++i) {
@@ -237,16 +233,11 @@ TEST_F(SessionTest, AcknowledgesAllThatACallBroughtBeforeItsReply) {
     Receive(socket, 8 + 52);
     EXPECT_EQ(Receive(socket, 32 * kMany), acknowledgements);
     EXPECT_EQ(Receive(socket, 36), Reply(""));
-    server->Close();
-    server->JoinThreads();
 }
 
 TEST_F(SessionTest, AcknowledgesFailedCallsWithTheNextThatSucceeds) {
-    const auto server =
-            std::make_shared<RpcServer>(RpcServer::Settings{.acknowledgeWithReply = false},
-                                        Ref<AIBinder>::Share(mPeer->asBinder().get()));
-    auto [socket, far] = Socket::Pair();
-    server->Accept(std::move(far));
+    Server server({.acknowledgeWithReply = false}, mPeer->asBinder().get());
+    const Socket socket = server.Dial();
     const std::string ping = Call(kRoot, 0x5F504E47);
     Send(socket, kHello + kInit + Call(kSpecial, wire::kGetRoot) + Call(kRoot, 0) + Call(kRoot, 0) +
                          ping + Call(kRoot, 0) + ping);
@@ -256,8 +247,6 @@ TEST_F(SessionTest, AcknowledgesFailedCallsWithTheNextThatSucceeds) {
     };
     EXPECT_EQ(Receive(socket, 36 + 32), acknowledgement(3) + Reply(""));
     EXPECT_EQ(Receive(socket, 36 + 32 + 36).substr(72), acknowledgement(2) + Reply(""));
-    server->Close();
-    server->JoinThreads();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "host/stream/CameraDevices.h"
 #include "tests/stream/StreamListener.h"
 
 namespace zarvo::host {
@@ -10,28 +11,20 @@ namespace {
 using Notices = std::vector<std::string>;
 using CameraNoticeTest = StreamTest;
 
-TEST_F(CameraNoticeTest, ComeInOrderOnAThreadThatDeliversNoEvents) {
-    ASSERT_TRUE(Start(mListener));
-    EXPECT_TRUE(mControl.DeliverOne());
+TEST_F(CameraNoticeTest, ComeInOrderOnAThreadOfTheirOwnAlsoWhileAnEventIsHeldUp) {
+    StartAndHoldUpAnEvent();
     mControl.OpenCamera(5);
     mControl.OpenCamera(1);
     mControl.CloseCamera(5);
     mControl.WaitForCameraNotices();
-    EXPECT_EQ(mListener->Notices(), (Notices{"open 5", "open 1", "close 5"}));
+    EXPECT_TRUE(mStream.stop());
+    mControl.CloseCamera(1);
+    mControl.WaitForCameraNotices();
+    EXPECT_EQ(mListener->Notices(), (Notices{"open 5", "open 1", "close 5", "close 1"}));
     const std::vector<std::thread::id> threads = mListener->NoticeThreads();
-    EXPECT_EQ(threads, std::vector<std::thread::id>(3, threads.front()));
+    EXPECT_EQ(threads, std::vector<std::thread::id>(4, threads.front()));
     EXPECT_NE(threads.front(), mListener->EventThreads().front());
     EXPECT_NE(threads.front(), std::this_thread::get_id());
-}
-
-TEST_F(CameraNoticeTest, ComeWhenNoStreamRunsAndWhileAnEventIsHeldUp) {
-    StartAndHoldUpAnEvent();
-    mControl.OpenCamera(0);
-    mControl.WaitForCameraNotices();
-    EXPECT_TRUE(mStream.stop());
-    mControl.CloseCamera(0);
-    mControl.WaitForCameraNotices();
-    EXPECT_EQ(mListener->Notices(), (Notices{"open 0", "close 0"}));
 }
 
 TEST_F(CameraNoticeTest, TellANewCallbackOnceWhatIsOpen) {
@@ -74,17 +67,6 @@ TEST_F(CameraNoticeTest, MayStopTheStreamUnderALockThatStartsHoldToo) {
     EXPECT_FALSE(mControl.Running());
 }
 
-TEST_F(CameraNoticeTest, AreAllDeliveredBeforeShutdownReturnsAndComeAgainAfterIt) {
-    ASSERT_TRUE(Start(mListener));
-    for (int i = 0; i < 10; ++i)
-        mControl.OpenCamera(i);
-    mControl.Shutdown();
-    EXPECT_EQ(mListener->Notices().size(), 10u);
-    mControl.CloseCamera(3);
-    mControl.WaitForCameraNotices();
-    EXPECT_EQ(mListener->Notices().back(), "close 3");
-}
-
 TEST_F(CameraNoticeTest, ComeOneAfterAnotherAlsoWhenOneOrdersAnotherDuringShutdown) {
     mListener->inNotice = [this] {
         if (mListener->Notices().back() == "open 7") mControl.OpenCamera(8);
@@ -123,6 +105,23 @@ TEST_F(CameraNoticeTest, ComeInAStormThatEndsClosedAndThatShutdownCutsShort) {
     ASSERT_TRUE(Start(newcomer));
     mControl.WaitForCameraNotices();
     EXPECT_EQ(newcomer->Notices(), Notices{});
+}
+
+TEST(ModuleHelper, GivesTheSensorsBehindEachDeviceAndFailsWhenToldTo) {
+    const MtkcamModuleFactory factory = getMtkcamModuleFactory(0x30001);
+    ASSERT_NE(factory, nullptr);
+    auto* const list = static_cast<HalLogicalDeviceList*>(factory());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->getSensorIdsOfDevice(5), (std::vector<int>{2, 3}));
+    EXPECT_TRUE(list->getSensorIdsOfDevice(6).empty());
+    CameraDevices::Instance().SetDevices({{6, {1, 0}}});
+    EXPECT_EQ(list->getSensorIdsOfDevice(6), (std::vector<int>{1, 0}));
+    EXPECT_EQ(getMtkcamModuleFactory(0x30000), nullptr);
+    CameraDevices::Instance().moduleFault.FailCalls(1);
+    EXPECT_EQ(factory(), nullptr);
+    CameraDevices::Instance().factoryFault.FailCalls(1);
+    EXPECT_EQ(getMtkcamModuleFactory(0x30001), nullptr);
+    EXPECT_NE(getMtkcamModuleFactory(0x30001), nullptr);
 }
 
 }  // namespace

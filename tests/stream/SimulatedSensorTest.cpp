@@ -70,17 +70,13 @@ TEST_F(SimulatedSensorTest, DeliversTheSceneOfSeedAndCast) {
     EXPECT_EQ(mListener->Frames()[6], 6);
 }
 
-TEST_F(SimulatedSensorTest, DeliversByTheClockUntilStoppedWhichIsAtOnce) {
+TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtOnce) {
     mControl.SetManualDelivery(false);
     ASSERT_TRUE(Start(mListener, 1));
     EXPECT_FALSE(mControl.DeliverOne());
     EXPECT_TRUE(mStream.stop());
     mControl.Shutdown();
     EXPECT_TRUE(mListener->Frames().empty());
-}
-
-TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWith) {
-    mControl.SetManualDelivery(false);
     user_param param = Param(mListener, 3);
     param.mdFrameRate = 30;  // asked for, but not what the sensor is to run at
     const auto begin = std::chrono::steady_clock::now();

@@ -32,37 +32,22 @@ TEST(LogFormat, IsLogcatsThreadTimeForm) {
     EXPECT_EQ(FormatLogLine(line, 1), "01-01 23:59:59.123     1    77 E Tag: \n");
 }
 
-TEST(LogFormat, KnowsEveryPriority) {
-    std::string letters;
-    for (int priority = -1; priority <= 8; ++priority)
-        letters += PriorityLetter(priority);
-    EXPECT_EQ(letters, "???VDIWEF?");
-}
-
-TEST(LogTap, GivesEveryPriorityWithItsTagAndThread) {
-    LogRecorder log("");
-    __android_log_print(ANDROID_LOG_VERBOSE, "A", "%d", 1);
-    std::thread([] { __android_log_print(ANDROID_LOG_DEBUG, "B", "%s", "two"); }).join();
-    const std::vector<LogLine> lines = log.Take();
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0].tag, "A");
-    EXPECT_EQ(lines[0].message, "1");
-    EXPECT_EQ(lines[0].thread, gettid());
-    EXPECT_EQ(lines[1].priority, ANDROID_LOG_DEBUG);
-    EXPECT_NE(lines[1].thread, gettid());
-    EXPECT_TRUE(log.Take().empty());
+TEST(LogFormat, KnowsNoLetterForWhatIsNoPriority) {
+    EXPECT_EQ(PriorityLetter(-1), '?');
+    EXPECT_EQ(PriorityLetter(ANDROID_LOG_FATAL), 'F');
+    EXPECT_EQ(PriorityLetter(ANDROID_LOG_SILENT), '?');
 }
 
 TEST(LogTap, NestsAndGivesTheLinesBack) {
     LogRecorder outer("T");
     {
         LogRecorder inner("T");
-        __android_log_write(ANDROID_LOG_INFO, "T", "first");
-        EXPECT_EQ(inner.TakeTexts(), Texts{"I: first"});
+        __android_log_print(ANDROID_LOG_INFO, "T", "%s %d", "first", 1);
+        EXPECT_EQ(inner.Take().at(0).thread, gettid());
     }
     __android_log_write(ANDROID_LOG_WARN, "T", "second");
     __android_log_write(ANDROID_LOG_WARN, "other", "not recorded");
-    EXPECT_EQ(outer.TakeTexts(), Texts{"W: second"});
+    EXPECT_EQ(outer.TakeTexts(), Texts{"W: second"}) << "the first went to the inner one alone";
 }
 
 TEST(LogTap, DropsWhatASinkItselfLogs) {
