@@ -53,7 +53,9 @@ void AddConversionRows(RowList& rows) {
         for (const auto& [heat, source] :
              {std::pair{"cold", Source::kCold}, std::pair{"warm", Source::kWarm}}) {
             rows.push_back({"conversion/" + std::string(name) + "/" + heat,
-                            [shape, source](Run& run) { MeasureWithImage(run, shape, source); }});
+                            [shape = shape, source = source](Run& run) {
+                                MeasureWithImage(run, shape, source);
+                            }});
         }
     }
     for (uint32_t serviceType = 0; serviceType <= 15; ++serviceType) {

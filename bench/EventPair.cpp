@@ -19,6 +19,11 @@ namespace {
 
 constexpr char kVariable[] = "AON_RUNTIME_DIR";
 
+std::string ValueOf(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value == nullptr ? "" : value;
+}
+
 std::string ServiceName() {
     return std::string(IAONService::descriptor) + "/default";
 }
@@ -26,7 +31,7 @@ std::string ServiceName() {
 }  // namespace
 
 RuntimeFolder::RuntimeFolder()
-    : mFormer(std::getenv(kVariable) == nullptr ? "" : std::getenv(kVariable)),
+    : mFormer(ValueOf(kVariable)),
       mPath(std::filesystem::temp_directory_path() / "aon-bench-XXXXXX") {
     Require(mkdtemp(mPath.data()) != nullptr, "cannot make a folder for sockets");
     setenv(kVariable, mPath.c_str(), 1);
@@ -94,6 +99,11 @@ EventPair::EventPair() {
     mClient.Begin();
     mCallback = QuietStream::Instance().Callback();
     Require(mCallback != nullptr, "the stream was not started");
+}
+
+EventPair::~EventPair() {
+    Require(mClient.Events() == mDelivered, "events were lost");
+    mClient.End();
 }
 
 size_t OtherBytesOf(aov_event& event) {

@@ -70,18 +70,23 @@ std::shared_ptr<IAONService> TheService();
 class EventPair {
   public:
     EventPair();
-    ~EventPair() { mClient.End(); }
+    /** Ends the benchmark if not every event has arrived. */
+    ~EventPair();
     EventPair(const EventPair&) = delete;
     EventPair& operator=(const EventPair&) = delete;
 
     /** Returns when the client has returned. */
-    void Deliver(aov_event& event) { mCallback->onCallback(&event); }
+    void Deliver(aov_event& event) {
+        mCallback->onCallback(&event);
+        ++mDelivered;
+    }
     ClientProcess& Other() { return mClient; }
 
   private:
     const std::shared_ptr<IAONService> mService = TheService();
     ClientProcess mClient;
     std::shared_ptr<IAovStreamCallback> mCallback;
+    uint64_t mDelivered = 0;
 };
 
 /** Bytes of the message that brings such an event to a client, besides its image. */

@@ -47,8 +47,9 @@ void AddEventRows(RowList& rows) {
             {"640x480", k640x480},
             {"640x768", k640x768}};
     for (const auto& [name, shape] : kShapes) {
-        rows.push_back({"event/" + std::string(name),
-                        [shape](Run& run) { MeasureEvent(run, shape, Records::Source::kCold); }});
+        rows.push_back({"event/" + std::string(name), [shape = shape](Run& run) {
+                            MeasureEvent(run, shape, Records::Source::kCold);
+                        }});
     }
     rows.push_back({"event/640x480, warm",
                     [](Run& run) { MeasureEvent(run, k640x480, Records::Source::kWarm); }});

@@ -1,5 +1,6 @@
 // The benchmark; started once more by itself, it is the other end of a pair.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -13,6 +14,7 @@
 #include "bench/DroppedLog.h"
 #include "bench/EventPair.h"
 #include "bench/Fail.h"
+#include "bench/Goals.h"
 #include "bench/Options.h"
 #include "bench/Plot.h"
 #include "bench/RawPair.h"
@@ -37,9 +39,8 @@ constexpr Pace kQuickPace{.rounds = 9, .block = std::chrono::microseconds(1500)}
 /** Lets the allocator keep what was freed, at both ends of every pair. Otherwise it hands large
  * blocks back to the system now and then, as its history wills, and races tell of page faults. */
 void KeepFreedMemory() {
-    Require(mallopt(M_MMAP_THRESHOLD, kLargestBlock) == 1 &&
-                    mallopt(M_TRIM_THRESHOLD, kMostKept) == 1,
-            "cannot set the allocator's thresholds");
+    mallopt(M_MMAP_THRESHOLD, kLargestBlock);
+    mallopt(M_TRIM_THRESHOLD, kMostKept);
 }
 
 struct Role {
@@ -79,6 +80,20 @@ void Write(const std::string& path, const std::string& text) {
     if (!file) Fail("cannot write " + path);
 }
 
+void WriteDocs(const std::string& folder, const Conditions& conditions, const Figures& figures) {
+    Write(folder + "/figures.md", MarkdownOf(conditions, figures));
+    for (const Curve& curve : figures.curves)
+        Write(folder + '/' + PlotName(curve), PlotOf(curve));
+}
+
+/** Whether what was counted, not timed, reaches its goals. */
+bool CountsHold(const Figures& figures) {
+    return std::all_of(figures.figures.begin(), figures.figures.end(), [](const Figure& figure) {
+        const Goal* const goal = GoalOf(figure);
+        return goal == nullptr || goal->kind != Goal::Kind::kNumber || goal->IsReachedBy(figure);
+    });
+}
+
 int Measure(const Options& options) {
     const RowList rows = RowsFor(options);
     if (rows.empty()) {
@@ -90,11 +105,8 @@ int Measure(const Options& options) {
     const RuntimeFolder folder;
     const Figures figures = MeasureAll(rows, pace, options.quick, conditions, options.json);
     std::printf("%s\n%s", TextOf(conditions).c_str(), TextOf(figures).c_str());
-    if (options.docs.empty()) return EXIT_SUCCESS;
-    Write(options.docs + "/figures.md", MarkdownOf(conditions, figures));
-    for (const Curve& curve : figures.curves)
-        Write(options.docs + '/' + PlotName(curve), PlotOf(curve));
-    return EXIT_SUCCESS;
+    if (!options.docs.empty()) WriteDocs(options.docs, conditions, figures);
+    return options.check && !CountsHold(figures) ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 }  // namespace

@@ -1,11 +1,19 @@
 #include "bench/Options.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <string_view>
 
 namespace zarvo::bench {
 
 namespace {
+
+struct Switch {
+    std::string_view name;
+    bool Options::*value;
+};
+constexpr Switch kSwitches[] = {{"--quick", &Options::quick}, {"--check", &Options::check}};
 
 struct Text {
     std::string_view name;
@@ -16,10 +24,11 @@ constexpr Text kTexts[] = {{"--only", &Options::only},
                            {"--docs", &Options::docs},
                            {"--role", &Options::role}};
 
-const Text* Find(std::string_view name) {
-    for (const Text& text : kTexts)
-        if (text.name == name) return &text;
-    return nullptr;
+template <typename Table>
+auto Find(const Table& table, std::string_view name) {
+    const auto found = std::find_if(std::begin(table), std::end(table),
+                                    [name](const auto& row) { return row.name == name; });
+    return found == std::end(table) ? nullptr : &*found;
 }
 
 }  // namespace
@@ -28,9 +37,10 @@ std::optional<Options> ParseOptions(int argc, char** argv) {
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
-        const Text* const text = Find(argument);
-        if (argument == "--quick") {
-            options.quick = true;
+        const Text* const text = Find(kTexts, argument);
+        const Switch* const option = Find(kSwitches, argument);
+        if (option != nullptr) {
+            options.*option->value = true;
         } else if (text != nullptr && i + 1 < argc) {
             options.*text->value = argv[++i];
         } else {

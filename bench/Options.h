@@ -8,6 +8,8 @@ namespace zarvo::bench {
 /** What the command line asks for. */
 struct Options {
     bool quick = false;
+    /** Fail when a figure that is counted, not timed, misses its goal. */
+    bool check = false;
     /** The beginning of the names of the rows that run; empty for all. */
     std::string only;
     std::string json = "bench.json";

@@ -61,7 +61,9 @@ std::string LineFrom(double x1, double y1, double x2, double y2, const char* col
 
 std::string Grid(const Scale& scale, const std::string& unit) {
     std::string svg;
-    for (double time = 0; time <= scale.most * 1.001; time += scale.step) {
+    const auto steps = std::lround(scale.most / scale.step);
+    for (long i = 0; i <= steps; ++i) {
+        const double time = static_cast<double>(i) * scale.step;
         svg += LineFrom(kLeft, scale.Y(time), kRight, scale.Y(time), "#ddd");
         svg += TextAt(kLeft - 8, scale.Y(time) + 4, "end", Number(time));
     }

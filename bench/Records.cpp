@@ -12,7 +12,7 @@ namespace {
 constexpr uint32_t kOutputBytes = 228'096;
 constexpr size_t kFusionOffset = 199'680;
 constexpr size_t kCaches = 4;
-constexpr size_t kMostRecords = 2048;
+constexpr size_t kMostRecords = 1024;
 
 /** Any bytes do, as long as they are not all the same page of zeros. */
 void FillBytes(std::span<uint8_t> bytes, uint32_t seed) {
@@ -26,21 +26,17 @@ void FillFusion(aov_event& event, uint32_t items) {
     std::memcpy(event.output + kFusionOffset, &items, sizeof(items));
 }
 
-std::unique_ptr<aov_event> NewEvent(const Shape& shape, uint32_t number) {
-    // Pages that nobody reads are not touched here either, so that many records fit in memory.
-    auto event = std::make_unique_for_overwrite<aov_event>();
-    event->frame_id = number;
-    event->frame_width = shape.stride;
-    event->frame_height = shape.height;
-    event->serviceType = shape.serviceType;
-    event->outputSize = kOutputBytes;
-    FillBytes(std::span(event->output).subspan(kFusionOffset, kOutputBytes - kFusionOffset),
-              number);
-    FillFusion(*event, shape.fusionItems);
-    event->imageInfo.height = shape.height;
-    event->imageInfo.stride = shape.stride;
-    FillBytes(std::span(event->imageInfo.pixels).first(shape.ImageBytes()), number);
-    return event;
+void Fill(aov_event& event, const Shape& shape, uint32_t number) {
+    event.frame_id = number;
+    event.frame_width = shape.stride;
+    event.frame_height = shape.height;
+    event.serviceType = shape.serviceType;
+    event.outputSize = kOutputBytes;
+    FillBytes(std::span(event.output).subspan(kFusionOffset, kOutputBytes - kFusionOffset), number);
+    FillFusion(event, shape.fusionItems);
+    event.imageInfo.height = shape.height;
+    event.imageInfo.stride = shape.stride;
+    FillBytes(std::span(event.imageInfo.pixels).first(shape.ImageBytes()), number);
 }
 
 size_t CountOf(const Shape& shape, Records::Source source) {
@@ -51,10 +47,10 @@ size_t CountOf(const Shape& shape, Records::Source source) {
 
 }  // namespace
 
-Records::Records(const Shape& shape, Source source) {
-    const size_t count = CountOf(shape, source);
-    for (size_t i = 0; i < count; ++i)
-        mEvents.push_back(NewEvent(shape, static_cast<uint32_t>(i)));
+Records::Records(const Shape& shape, Source source)
+    : mCount(CountOf(shape, source)), mEvents(std::make_unique_for_overwrite<aov_event[]>(mCount)) {
+    for (size_t i = 0; i < mCount; ++i)
+        Fill(mEvents[i], shape, static_cast<uint32_t>(i));
 }
 
 size_t Records::LastLevelCache() {

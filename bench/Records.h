@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <vector>
 
 #include "platform/mtkcam/aov_event.h"
 
@@ -44,15 +43,18 @@ class Records {
     Records(const Shape& shape, Source source);
 
     aov_event& Next() {
-        mNext = mNext + 1 == mEvents.size() ? 0 : mNext + 1;
-        return *mEvents[mNext];
+        mNext = mNext + 1 == mCount ? 0 : mNext + 1;
+        return mEvents[mNext];
     }
 
     /** Bytes of the cache that cold records must not fit in, as the system tells. */
     static size_t LastLevelCache();
 
   private:
-    std::vector<std::unique_ptr<aov_event>> mEvents;
+    const size_t mCount;
+    /** In one block, which the allocator asks of the system: pages that nobody fills or reads are
+     * never touched. */
+    const std::unique_ptr<aov_event[]> mEvents;
     size_t mNext = 0;
 };
 

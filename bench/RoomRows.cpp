@@ -32,7 +32,8 @@ template <typename Receiver, typename Call>
 Contestant Floor(std::shared_ptr<Receiver> receiver, Call call) {
     return {"lock, share, call", Repeated([mutex = std::make_shared<std::mutex>(), receiver, call] {
                 if (!mutex->try_lock()) return;
-                const std::shared_ptr<Receiver> shared = receiver;
+                std::shared_ptr<Receiver> shared;
+                shared = receiver;
                 mutex->unlock();
                 call(*shared);
             })};

@@ -2,12 +2,13 @@
 # What the commands share: messages, packages, building.
 
 readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev)
+readonly BENCH_PACKAGES=(libbenchmark-dev libsystemd-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
 readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
                             llvm-14)
 readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
                         libc++-14-dev libc++abi-14-dev "${FORMAT_PACKAGES[@]}" clang-tidy-14
-                        shellcheck)
+                        shellcheck "${BENCH_PACKAGES[@]}")
 
 say() { printf '\n== %s\n' "$*"; }
 
@@ -29,7 +30,7 @@ unknown() { misuse "$COMMAND: unknown argument '$1'; see ./aon help $COMMAND"; }
 rows() {
     local row
     for row in "$@"; do
-        printf '  %-9s %s\n' "${row%%|*}" "${row#*|}"
+        printf '  %-10s %s\n' "${row%%|*}" "${row#*|}"
     done
 }
 
