@@ -1,13 +1,14 @@
-// What an event costs in allocations and page faults, counted in the steady state.
+// What an event costs in allocations, page faults and waits, counted in the steady state.
 
 #include <string>
 #include <thread>
 
-#include "bench/AllocationCount.h"
 #include "bench/EventPair.h"
+#include "bench/RawPair.h"
 #include "bench/Records.h"
 #include "bench/Rows.h"
 #include "bench/Sinks.h"
+#include "bench/ThreadCounts.h"
 
 namespace zarvo::bench {
 
@@ -22,20 +23,22 @@ struct PerEvent {
     double allocations = 0;
     double bytes = 0;
     double pageFaults = 0;
+    double waits = 0;
 };
+
+double Each(uint64_t before, uint64_t after) {
+    return static_cast<double>(after - before) / kEvents;
+}
 
 PerEvent CountOnThisThread(const Deliver& deliver, Records& records) {
     for (size_t i = 0; i < kEventsBefore; ++i)
         deliver(records.Next());
-    const MemoryCounts before = CountsOfThread();
+    const ThreadCounts before = CountsOfThread();
     for (size_t i = 0; i < kEvents; ++i)
         deliver(records.Next());
-    const MemoryCounts after = CountsOfThread();
-    const auto each = [](uint64_t from, uint64_t to) {
-        return static_cast<double>(to - from) / kEvents;
-    };
-    return {each(before.allocations, after.allocations), each(before.bytes, after.bytes),
-            each(before.pageFaults, after.pageFaults)};
+    const ThreadCounts after = CountsOfThread();
+    return {Each(before.allocations, after.allocations), Each(before.bytes, after.bytes),
+            Each(before.pageFaults, after.pageFaults), Each(before.waits, after.waits)};
 }
 
 void Add(Run& run, const std::string& thread, const PerEvent& counts) {
@@ -44,24 +47,41 @@ void Add(Run& run, const std::string& thread, const PerEvent& counts) {
     run.Add(thread + "/page faults", counts.pageFaults, "per event");
 }
 
-void CountOnBothThreads(Run& run, const Deliver& deliver) {
-    Records records(k640x480, Records::Source::kWarm);
-    Add(run, "main thread", CountOnThisThread(deliver, records));
-    PerEvent counts;
-    std::thread callbackThread([&] { counts = CountOnThisThread(deliver, records); });
+/** Gives what was counted on the main thread. */
+PerEvent CountOnBothThreads(Run& run, const Deliver& deliver, Records& records) {
+    const PerEvent onMain = CountOnThisThread(deliver, records);
+    Add(run, "main thread", onMain);
+    PerEvent onOther;
+    std::thread callbackThread([&] { onOther = CountOnThisThread(deliver, records); });
     callbackThread.join();
-    Add(run, "callback thread", counts);
+    Add(run, "callback thread", onOther);
+    return onMain;
 }
 
 void CountConversion(Run& run) {
-    CountOnBothThreads(run, [translator = NewConversion()](aov_event& event) {
-        translator->onCallback(&event);
-    });
+    Records records(k640x480, Records::Source::kCold);
+    const auto translator = NewConversion();
+    CountOnBothThreads(
+            run, [&translator](aov_event& event) { translator->onCallback(&event); }, records);
 }
 
 void CountWholeEvent(Run& run) {
+    Records records(k640x480, Records::Source::kCold);
+    const size_t otherBytes = OtherBytesOf(records.Next());
     EventPair pair;
-    CountOnBothThreads(run, [&pair](aov_event& event) { pair.Deliver(event); });
+    RawPair raw(RawPair::Landing::kBuffer);
+    const Deliver deliver = [&pair](aov_event& event) { pair.Deliver(event); };
+    const PerEvent ours = CountOnBothThreads(run, deliver, records);
+    const uint64_t faultsBefore = pair.Other().PageFaults();
+    for (size_t i = 0; i < kEvents; ++i)
+        deliver(records.Next());
+    run.Add("client/page faults", Each(faultsBefore, pair.Other().PageFaults()), "per event");
+    const Deliver send = [&](const aov_event& event) {
+        raw.Deliver(otherBytes, ImageOf(event, k640x480.ImageBytes()));
+    };
+    const PerEvent floor = CountOnThisThread(send, records);
+    run.Compare("waits", "F0: raw socket", ours.waits, floor.waits, ours.waits / floor.waits,
+                "per event");
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "bench/AllocationCount.h"
+#include "bench/ThreadCounts.h"
 
 extern "C" {
 

@@ -11,6 +11,7 @@
 #include "bench/QuietStream.h"
 #include "bench/Records.h"
 #include "bench/Sinks.h"
+#include "bench/ThreadCounts.h"
 #include "service/AONService.h"
 
 namespace zarvo::bench {
@@ -65,6 +66,7 @@ ClientProcess::Answer ClientProcess::Do(Client& client, const Instruction& instr
             break;
         case Task::kCount:
             answer.events = client.Events();
+            answer.pageFaults = PageFaultsOfProcess();
             break;
     }
     return answer;

@@ -38,6 +38,7 @@ class ClientProcess {
     /** It leads so many lives. */
     OperationTimes Live(uint64_t lives) { return Order(Task::kLive, lives).times; }
     uint64_t Events() { return Order(Task::kCount).events; }
+    uint64_t PageFaults() { return Order(Task::kCount).pageFaults; }
     pid_t Pid() const { return mPeer.Pid(); }
 
     /** The other end, on standard input until that ends. */
@@ -52,6 +53,8 @@ class ClientProcess {
     struct Answer {
         OperationTimes times{};
         uint64_t events = 0;
+        /** Of all its threads. */
+        uint64_t pageFaults = 0;
     };
 
     Answer Order(Task task, uint64_t lives = 0);

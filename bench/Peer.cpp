@@ -32,6 +32,11 @@ std::span<iovec> Skip(std::span<iovec> parts, size_t sent) {
     return parts;
 }
 
+/** By its name, for a profiler in whose process this one runs. */
+std::string ProgramPath() {
+    return std::filesystem::read_symlink("/proc/self/exe");
+}
+
 /** Runs in the child, where another thread may have held any lock. */
 [[noreturn]] void Become(char* const* command, int socket, int errors, pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -70,10 +75,10 @@ bool ReceiveAll(int socket, void* to, size_t length) {
 }
 
 std::string ProgramFolder() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    return std::filesystem::path(ProgramPath()).parent_path();
 }
 
-Peer::Peer(const std::string& role) : Peer({"/proc/self/exe", "--role", role}, STDERR_FILENO) {}
+Peer::Peer(const std::string& role) : Peer({ProgramPath(), "--role", role}, STDERR_FILENO) {}
 
 Peer::Peer(const std::vector<std::string>& command, int errors) {
     std::array<int, 2> sockets{};

@@ -27,12 +27,13 @@ void Run::Add(const std::string& name, double value, const std::string& unit) {
 }
 
 void Run::Compare(const std::string& name, const std::string& against, double ours, double theirs,
-                  double ratio) {
+                  double ratio, const std::string& unit) {
     Add({.row = mRow + "/" + name,
          .against = against,
          .ours = ours,
          .theirs = theirs,
-         .ratio = ratio});
+         .ratio = ratio,
+         .unit = unit});
 }
 
 void Run::Add(Curve curve) {

@@ -28,7 +28,7 @@ class Run {
     void Add(const std::string& name, double value, const std::string& unit);
     /** A figure that was compared elsewhere. */
     void Compare(const std::string& name, const std::string& against, double ours, double theirs,
-                 double ratio);
+                 double ratio, const std::string& unit = "ns");
     /** A figure for the slope, and a plot. */
     void Add(Curve curve);
 
