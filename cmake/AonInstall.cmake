@@ -3,7 +3,8 @@
 #   component     what it holds
 #   client        the libraries that a client runs with
 #   development   headers, CMake package, pkg-config file and .aidl files: to build a client
-#   service       the service, the stand-ins for the platform that it runs on, and the programs
+#   service       the service, the stand-ins for the platform that it runs on, and the programs with
+#                 their manual pages and completions for shells
 #
 # The libraries bear the platform's names, libcutils.so for one. They lie in a folder of their own,
 # which only their users' rpath names, so that none of them ever stands in for a system's library.
@@ -41,6 +42,17 @@ endforeach()
 
 install(TARGETS ${service_libraries} LIBRARY DESTINATION "${library_dir}" COMPONENT service)
 install(TARGETS ${programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT service)
+if(programs)
+  set(ctl_dir "${PROJECT_SOURCE_DIR}/host/ctl")
+  install(FILES "${ctl_dir}/man/aonctl.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+          COMPONENT service)
+  install(FILES "${ctl_dir}/man/vendor.zarvo.hardware.camera.aon-service.8"
+          DESTINATION "${CMAKE_INSTALL_MANDIR}/man8" COMPONENT service)
+  install(FILES "${ctl_dir}/completion/aonctl.bash" RENAME aonctl
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT service)
+  install(FILES "${ctl_dir}/completion/_aonctl"
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" COMPONENT service)
+endif()
 install(TARGETS ${client_libraries} platform_binder EXPORT ZarvoAon
         LIBRARY DESTINATION "${library_dir}" COMPONENT client
         INCLUDES DESTINATION "${include_dir}")

@@ -1,14 +1,15 @@
 # shellcheck shell=bash
 # What the commands share: messages, packages, building.
 
-readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev)
+readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev libpng-dev)
 readonly BENCH_PACKAGES=(libbenchmark-dev libsystemd-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
-readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
-                            llvm-14)
-readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf clang-14 libclang-rt-14-dev
-                        libc++-14-dev libc++abi-14-dev "${FORMAT_PACKAGES[@]}" clang-tidy-14
-                        shellcheck "${BENCH_PACKAGES[@]}")
+readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
+                            libclang-rt-14-dev llvm-14)
+readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
+                        libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+                        "${FORMAT_PACKAGES[@]}" clang-tidy-14 shellcheck
+                        "${BENCH_PACKAGES[@]}")
 
 say() { printf '\n== %s\n' "$*"; }
 

@@ -24,7 +24,7 @@ struct Loopback::Ends {
         const RpcServer::Settings serverSettings{.threads = kServingThreads};
         server = std::make_shared<RpcServer>(serverSettings, Ref<AIBinder>::Share(served));
         RpcClientSettings settings;
-        settings.dial = [to = std::weak_ptr(server)] {
+        settings.dial = [to = std::weak_ptr(server)](Deadline) {
             auto [near, far] = Socket::Pair();
             const auto listening = to.lock();
             return listening != nullptr && listening->Accept(std::move(far)) ? std::move(near)

@@ -10,12 +10,17 @@ constexpr size_t Padded(size_t length) {
     return (length + 3) & ~size_t{3};
 }
 
+/** How often, and beyond that how many, bytes are given out before reading fails. An honest reader
+ * takes each once; some take another look. */
+constexpr uint64_t kMostReadings = 4;
+constexpr uint64_t kFreeBytes = 4096;
+
 }  // namespace
 
 void AParcel::Reset() {
     DropObjects();
     mBuffer.Clear();
-    mPosition = 0;
+    SetPosition(0);
 }
 
 binder_status_t AParcel::SetBytes(const uint8_t* bytes, size_t length) {
@@ -28,7 +33,7 @@ binder_status_t AParcel::SetBytes(const uint8_t* bytes, size_t length) {
 uint8_t* AParcel::ForBytes(size_t length) {
     Reset();
     uint8_t* const place = Append(length);
-    mPosition = 0;
+    SetPosition(0);
     return place;
 }
 
@@ -47,11 +52,14 @@ uint8_t* AParcel::Append(size_t length) {
     return place;
 }
 
-const uint8_t* AParcel::Take(size_t length) const {
-    if (length > INT32_MAX - 3 || Padded(length) > Remaining()) return nullptr;
-    const uint8_t* const place = Data() + mPosition;
+binder_status_t AParcel::Take(size_t length, const uint8_t** place) const {
+    if (length > INT32_MAX - 3 || Padded(length) > Remaining()) return STATUS_NOT_ENOUGH_DATA;
+    // Counted also when refused: what was too much for one reader stays so for the next.
+    mGiven += Padded(length);
+    if (mGiven > kMostReadings * Size() + kFreeBytes) return STATUS_NO_MEMORY;
+    *place = Data() + mPosition;
     mPosition += Padded(length);
-    return place;
+    return STATUS_OK;
 }
 
 binder_status_t AParcel::WriteUnits(std::u16string_view units) {
@@ -70,14 +78,16 @@ binder_status_t AParcel::ReadUnits(const uint8_t** units, size_t* count) const {
     *units = nullptr;
     *count = 0;
     int32_t announced = 0;
-    const binder_status_t status = Read(&announced);
+    binder_status_t status = Read(&announced);
     if (status != STATUS_OK) return status;
     if (announced < 0 || static_cast<size_t>(announced) > Remaining() / sizeof(char16_t)) {
         return STATUS_OK;
     }
     const size_t bytes = static_cast<size_t>(announced) * sizeof(char16_t);
-    const uint8_t* const place = Take(bytes + sizeof(char16_t));
-    if (place == nullptr || place[bytes] != 0 || place[bytes + 1] != 0) return STATUS_OK;
+    const uint8_t* place = nullptr;
+    status = Take(bytes + sizeof(char16_t), &place);
+    if (status == STATUS_NO_MEMORY) return status;
+    if (status != STATUS_OK || place[bytes] != 0 || place[bytes + 1] != 0) return STATUS_OK;
     *units = place;
     *count = static_cast<size_t>(announced);
     return STATUS_OK;
@@ -118,7 +128,9 @@ binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t sta
 }
 
 binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start, size_t len) {
-    if (!parcel->Objects().empty()) return STATUS_INVALID_OPERATION;
+    if (!parcel->Objects().empty() || parcel->MayHideObject(0, parcel->Size())) {
+        return STATUS_INVALID_OPERATION;
+    }
     if (start > parcel->Size() || len > parcel->Size() - start) return STATUS_BAD_VALUE;
     if (len > 0) std::memcpy(buffer, parcel->Data() + start, len);
     return STATUS_OK;

@@ -25,6 +25,10 @@ static_assert(std::endian::native == std::endian::little, "parcels carry values 
  * address is the session's, elsewhere a number of this parcel's own. Either way the object itself
  * comes from mObjects, by position and address, or else from the session: bytes alone never become
  * a pointer.
+ *
+ * A record in hostile bytes may end, by the size it tells, inside its own fields, and the next be
+ * read from those again. So the bytes given out are counted, and reading fails once they are many
+ * times what there is. Moving to the start begins the count anew: no record ends there.
  */
 struct AParcel {
   public:
@@ -54,7 +58,10 @@ struct AParcel {
     size_t Size() const { return mBuffer.Size(); }
     size_t Position() const { return mPosition; }
     size_t Remaining() const { return mPosition < Size() ? Size() - mPosition : 0; }
-    void SetPosition(size_t position) const { mPosition = position; }
+    void SetPosition(size_t position) const {
+        mPosition = position;
+        if (position == 0) mGiven = 0;
+    }
     /** Empties it; it stays whose it is. */
     void Reset();
     /** Takes these bytes alone, padded, as content. */
@@ -68,8 +75,9 @@ struct AParcel {
 
     /** Room for `length` bytes and zero padding at the position, which moves; null if no memory. */
     uint8_t* Append(size_t length);
-    /** The next `length` bytes, the position moving past their padding; null if too few. */
-    const uint8_t* Take(size_t length) const;
+    /** The next `length` bytes, the position moving past their padding. STATUS_NOT_ENOUGH_DATA if
+     * there are too few, STATUS_NO_MEMORY if too many have been given out. */
+    binder_status_t Take(size_t length, const uint8_t** place) const;
 
     template <typename T>
     binder_status_t Write(T value) {
@@ -82,10 +90,10 @@ struct AParcel {
     template <typename T>
     binder_status_t Read(T* value) const {
         static_assert(sizeof(T) % 4 == 0);
-        const uint8_t* const place = Take(sizeof(T));
-        if (place == nullptr) return STATUS_NOT_ENOUGH_DATA;
-        std::memcpy(value, place, sizeof(T));
-        return STATUS_OK;
+        const uint8_t* place = nullptr;
+        const binder_status_t status = Take(sizeof(T), &place);
+        if (status == STATUS_OK) std::memcpy(value, place, sizeof(T));
+        return status;
     }
 
     /** A string in its wire form, whatever its units. */
@@ -93,13 +101,15 @@ struct AParcel {
     /**
      * The bytes of the next string's units, without their NUL. `*units` is null if the bytes hold
      * null or are no string; the position is then after the count, or after the block that lacks
-     * only its NUL. Fails only if there is no count.
+     * only its NUL. Fails only if there is no count, or as Take does without memory.
      */
     binder_status_t ReadUnits(const uint8_t** units, size_t* count) const;
 
     binder_status_t WriteObject(AIBinder* binder);
     /** The next object, a reference for the caller, or null. */
     binder_status_t ReadObject(AIBinder** binder) const;
+    /** Whether bytes may be an object that arrived and was not read, which is not in Objects(). */
+    bool MayHideObject(size_t start, size_t size) const;
     /** Appends a stretch of another parcel, its objects under new addresses. */
     binder_status_t AppendFrom(const AParcel& from, size_t start, size_t size);
     /** Puts down that the object at `position`, written with `address`, is `binder`. */
@@ -119,6 +129,8 @@ struct AParcel {
     const zarvo::host::Ref<AIBinder> mTarget{};
     zarvo::host::ParcelBuffer mBuffer;
     mutable size_t mPosition = 0;
+    /** Bytes given out since the position was last set to 0. */
+    mutable uint64_t mGiven = 0;
     /** By position. Mutable: what the session resolves is kept, so that it is counted once. */
     mutable std::vector<Object> mObjects;
     uint64_t mLastOwnAddress = 0;

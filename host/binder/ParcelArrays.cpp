@@ -56,8 +56,8 @@ binder_status_t ReadArray(const AParcel* parcel, void* data,
     const binder_status_t status = ReadLength(parcel, sizeof(T), data, allocator, &length, &values);
     if (status != STATUS_OK || length <= 0) return status;
     const size_t bytes = static_cast<size_t>(length) * sizeof(T);
-    const uint8_t* const place = parcel->Take(bytes);
-    if (place == nullptr) return STATUS_NO_MEMORY;
+    const uint8_t* place = nullptr;
+    if (parcel->Take(bytes, &place) != STATUS_OK) return STATUS_NO_MEMORY;
     std::memcpy(values, place, bytes);
     return STATUS_OK;
 }

@@ -3,6 +3,7 @@
 #include "host/binder/Binder.h"
 #include "host/binder/Parcel.h"
 #include "host/binder/Stability.h"
+#include "host/binder/rpc/Wire.h"
 
 using zarvo::host::Ref;
 using zarvo::host::Stability;
@@ -12,6 +13,18 @@ namespace {
 /** A present object: presence word, address, stability. A null one is two zero words. */
 constexpr size_t kObjectBytes = 16;
 constexpr int32_t kPresent = 1;
+
+/** Whether the bytes could be read as a present object of a session. */
+bool LooksLikeObject(const uint8_t* bytes) {
+    int32_t present = 0;
+    uint64_t address = 0;
+    int32_t stability = 0;
+    std::memcpy(&present, bytes, 4);
+    std::memcpy(&address, bytes + 4, 8);
+    std::memcpy(&stability, bytes + 12, 4);
+    return (present & kPresent) != 0 && zarvo::host::wire::IsAddress(address) &&
+           Stability::IsLevel(stability);
+}
 
 }  // namespace
 
@@ -52,9 +65,23 @@ binder_status_t AParcel::ReadObject(AIBinder** binder) const {
     return Find(position, address, stability, binder);
 }
 
+bool AParcel::MayHideObject(size_t start, size_t size) const {
+    if (mSession == nullptr) return false;
+    for (size_t position = start; position + kObjectBytes <= start + size; position += 4) {
+        if (!LooksLikeObject(Data() + position)) continue;
+        // The word before a known object can look like the beginning of one, too.
+        const auto known = Place(position);
+        if (known == mObjects.end() || known->position >= position + kObjectBytes) return true;
+        position = known->position + kObjectBytes - 4;
+    }
+    return false;
+}
+
 binder_status_t AParcel::AppendFrom(const AParcel& from, size_t start, size_t size) {
     if (start > from.Size() || size > from.Size() - start) return STATUS_BAD_VALUE;
     if (start % 4 != 0 || size % 4 != 0) return STATUS_BAD_VALUE;
+    // As bytes alone it would pass uncounted, and end while it is still in use.
+    if (from.MayHideObject(start, size)) return STATUS_INVALID_OPERATION;
     const std::vector<Object> objects = from.mObjects;
     const size_t begin = mPosition;
     uint8_t* const place = Append(size);

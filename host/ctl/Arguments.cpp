@@ -4,29 +4,56 @@
 #include <charconv>
 
 namespace zarvo::host::ctl {
+namespace {
+
+bool LooksLikeOption(std::string_view word) {
+    const bool isNumber = word.size() > 1 && word[1] >= '0' && word[1] <= '9';
+    return word.size() > 1 && word[0] == '-' && !isNumber;
+}
+
+}  // namespace
 
 Arguments::Arguments(std::span<const std::string_view> words, std::span<const Option> options) {
-    for (size_t i = 0; i < words.size(); ++i) {
-        if (!words[i].starts_with("--")) {
-            mWords.push_back(words[i]);
-            continue;
+    while (!words.empty()) {
+        const std::string_view word = words.front();
+        words = words.subspan(1);
+        if (word == "--") {
+            mWords.insert(mWords.end(), words.begin(), words.end());
+            return;
         }
-        const size_t equals = words[i].find('=');
-        const std::string_view name = words[i].substr(0, equals);
-        const auto option = std::find_if(options.begin(), options.end(),
-                                         [&](const Option& known) { return known.name == name; });
-        const bool hasValue = equals != std::string_view::npos;
-        if (option == options.end()) {
-            SetError("unknown option " + std::string(name));
-        } else if (option->value.empty() && hasValue) {
-            SetError(std::string(name) + " takes no value");
-        } else if (option->value.empty() || hasValue) {
-            mValues[name] = hasValue ? words[i].substr(equals + 1) : std::string_view();
-        } else if (i + 1 == words.size()) {
-            SetError(std::string(name) + " wants " + std::string(option->value));
-        } else {
-            mValues[name] = words[++i];
-        }
+        if (LooksLikeOption(word))
+            Take(word, options, words);
+        else
+            mWords.push_back(word);
+    }
+}
+
+Arguments Arguments::Unread(std::span<const std::string_view> words) {
+    Arguments arguments;
+    arguments.mWords.assign(words.begin(), words.end());
+    return arguments;
+}
+
+void Arguments::Take(std::string_view word, std::span<const Option> options,
+                     std::span<const std::string_view>& rest) {
+    const size_t equals = word.find('=');
+    const bool hasValue = equals != std::string_view::npos;
+    const std::string_view name = word.substr(0, equals);
+    const auto option = std::find_if(options.begin(), options.end(),
+                                     [&](const Option& known) { return known.name == name; });
+    if (word == "--help" || word == "-h") {
+        mValues["--help"] = {};
+    } else if (option == options.end()) {
+        SetError("unknown option " + std::string(name));
+    } else if (option->value.empty() && hasValue) {
+        SetError(std::string(name) + " takes no value");
+    } else if (option->value.empty() || hasValue) {
+        mValues[name] = hasValue ? word.substr(equals + 1) : std::string_view();
+    } else if (rest.empty()) {
+        SetError(std::string(name) + " wants " + std::string(option->value));
+    } else {
+        mValues[name] = rest.front();
+        rest = rest.subspan(1);
     }
 }
 
@@ -59,8 +86,10 @@ std::optional<int64_t> Arguments::Parse(std::string_view text, std::string_view 
         number <= most) {
         return number;
     }
-    SetError(std::string(what) + " wants a number from " + std::to_string(least) + " to " +
-             std::to_string(most) + ", not '" + std::string(text) + "'");
+    const std::string range =
+            most == INT64_MAX ? "of at least " + std::to_string(least)
+                              : "from " + std::to_string(least) + " to " + std::to_string(most);
+    SetError(std::string(what) + " wants a number " + range + ", not '" + std::string(text) + "'");
     return std::nullopt;
 }
 

@@ -17,12 +17,17 @@ struct Option {
     /** What stands for its value in the help; empty if it has none. */
     std::string_view value;
     std::string_view help;
+    /** The words that its value may be, or be made of, with spaces; empty if there is no end. */
+    std::string_view choices = {};
 };
 
 /** What stands behind a command's name on the command line. */
 class Arguments {
   public:
-    /** Reads `--name value`, `--name=value` and words. A pure function; see Error(). */
+    /**
+     * Reads options and words in any order; behind `--` there are only words, and a negative number
+     * is one. A pure function; see Error().
+     */
     Arguments(std::span<const std::string_view> words, std::span<const Option> options);
 
     /** What is wrong with the command line; empty when nothing is. */
@@ -37,8 +42,16 @@ class Arguments {
     /** A word as a number in the range; else `least`, and an error. */
     int64_t NumberAt(size_t index, std::string_view what, int64_t least, int64_t most);
     const std::vector<std::string_view>& Words() const { return mWords; }
+    /** `--help` or `-h` is among the options; whatever else there is does not matter then. */
+    bool WantsHelp() const { return Has("--help"); }
+    /** All of them are words. */
+    static Arguments Unread(std::span<const std::string_view> words);
 
   private:
+    Arguments() = default;
+    /** Takes one option, and its value, if it is not there yet, from the front of the rest. */
+    void Take(std::string_view word, std::span<const Option> options,
+              std::span<const std::string_view>& rest);
     std::optional<int64_t> Parse(std::string_view text, std::string_view what, int64_t least,
                                  int64_t most);
 

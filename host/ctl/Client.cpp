@@ -5,7 +5,6 @@
 
 #include <climits>
 #include <csignal>
-#include <cstdio>
 #include <thread>
 
 #include "host/ctl/Command.h"
@@ -53,7 +52,7 @@ void WatchSignals() {
     std::thread([signals] {
         int signal = 0;
         sigwait(&signals, &signal);
-        Tell(Leave());
+        EndClient();
     }).detach();
 }
 
@@ -80,7 +79,7 @@ class Client {
         while (count != 0) {
             const News news = Queue().Next(end);
             if (std::holds_alternative<Leave>(news.what)) break;
-            if (std::holds_alternative<Died>(news.what)) return Gone();
+            if (std::holds_alternative<Died>(news.what)) return ReportGone();
             if (const auto* const event = std::get_if<AONCallBackInfo>(&news.what)) {
                 if (!mSink.OnEvent(news.arrival, *event)) return kFailed;
                 --count;
@@ -109,10 +108,6 @@ class Client {
         if (info.state == AONSensorStateInfo::SENSOR_STATE_BUSY) mStarted = false;
         if (info.state == AONSensorStateInfo::SENSOR_STATE_IDLE && !mStarted) Start();
     }
-    static int Gone() {
-        std::fputs("aonctl: the service went away\n", stderr);
-        return kNoService;
-    }
 
     const std::shared_ptr<IAONService> mService;
     const SensorConfigInfo mConfig;
@@ -125,14 +120,19 @@ class Client {
 
 }  // namespace
 
+void EndClient() {
+    Tell(Leave());
+}
+
 int RunClient(Arguments& arguments, ClientSink& sink) {
-    WatchSignals();
-    ABinderProcess_startThreadPool();
     const int64_t count = arguments.Number("--count", -1, 1, INT64_MAX);
     const int64_t seconds = arguments.Number("--duration", -1, 0, 365L * 86400);
     if (!arguments.Error().empty()) return kMisused;
     const auto service = FindService();
     if (service == nullptr) return kNoService;
+    // Not before there is somebody to take leave of.
+    WatchSignals();
+    ABinderProcess_startThreadPool();
     std::vector<AONSensorInfo> sensors;
     int result = Report("list the sensors", service->getAonSensorInfoList(&sensors));
     if (result != kDone) return result;

@@ -19,7 +19,8 @@ inline constexpr Option kClientOptions[] = {
         {"--size", "WIDTHxHEIGHT", "the frames' size; the sensor's first unless given"},
         {"--rate", "NUMBER", "frames per second; the size's lowest of at least 5 unless given"},
         {"--types", "LIST",
-         "of fusion, angle, gaze, feature, with commas; fusion,gaze if not given"},
+         "of fusion, angle, gaze, feature, with commas; fusion,gaze if not given",
+         "fusion angle gaze feature"},
         {"--md", "", "motion-detect mode in place of time-based delivery"},
         {"--count", "NUMBER", "leave after so many events"},
         {"--duration", "SECONDS", "leave after that time"},
@@ -48,5 +49,7 @@ class ClientSink {
  * per process: it takes SIGINT, SIGTERM and SIGHUP. Gives the program's exit status.
  */
 int RunClient(Arguments& arguments, ClientSink& sink);
+/** Ends the client as a signal does. Thread-safe. */
+void EndClient();
 
 }  // namespace zarvo::host::ctl

@@ -18,10 +18,18 @@ enum ExitStatus : int {
     kNoService = 3,
 };
 
+/** One of the words that may stand first behind a command. */
+struct Verb {
+    /** The word itself; in capitals, it stands for any other one. */
+    std::string_view name;
+    /** What follows it, as the help shows it: so many words, no more and no less. */
+    std::string_view words = {};
+};
+
 /** One command of the program. */
 struct Command {
     std::string_view name;
-    /** The words behind it, as the help shows them. */
+    /** The words behind it, as the help shows them; see WordsHelp(). */
     std::string_view words;
     std::string_view summary;
     std::string_view details;
@@ -33,8 +41,13 @@ struct Command {
     int (*run)(Arguments& arguments);
     /** It runs a client, and has kClientOptions, too. */
     bool runsClient = false;
+    /** Whatever stands behind it is for the service, options too. */
+    bool passesAllOn = false;
+    /** What the first word may be; it sets the words in the help, too. */
+    std::span<const Verb> verbs = {};
 
     std::vector<Option> AllOptions() const;
+    std::string WordsHelp() const;
 };
 
 int RunSensors(Arguments& arguments);
@@ -47,13 +60,23 @@ int RunFault(Arguments& arguments);
 int RunGetProperty(Arguments& arguments);
 int RunSetProperty(Arguments& arguments);
 int RunDump(Arguments& arguments);
+int RunHelp(Arguments& arguments);
 
 /** All commands, in the order of the help. */
 std::span<const Command> AllCommands();
 const Command* FindCommand(std::string_view name);
 
+/** Sets an error if these are not the words that the command takes. */
+void CheckWords(const Command& command, Arguments& arguments);
+
 /** The help of the program, and of one command. */
 std::string ProgramHelp();
 std::string CommandHelp(const Command& command);
+
+/**
+ * What may follow these words of a command line, for shells: in each line a word and, behind a tab,
+ * what it is for. ":files" and ":directories" alone in a line stand for those.
+ */
+std::string Completions(std::span<const std::string_view> words);
 
 }  // namespace zarvo::host::ctl

@@ -36,41 +36,40 @@ int ListFaults(IHostControl& controls) {
     return result;
 }
 
-bool SetLie(std::string_view lie, int64_t value, RecordFaults& faults) {
-    if (lie == "output-size")
-        faults.outputSize = value;
-    else if (lie == "fusion-count")
-        faults.fusionCount = value;
-    else if (lie == "image-height")
-        faults.imageHeight = value;
-    else if (lie == "image-stride")
-        faults.imageStride = value;
+/** Null if there is no such lie. */
+int64_t* FindLie(std::string_view lie, RecordFaults& faults) {
+    constexpr std::pair<std::string_view, int64_t RecordFaults::*> kLies[] = {
+            {"output-size", &RecordFaults::outputSize},
+            {"fusion-count", &RecordFaults::fusionCount},
+            {"image-height", &RecordFaults::imageHeight},
+            {"image-stride", &RecordFaults::imageStride}};
+    for (const auto& [name, member] : kLies)
+        if (name == lie) return &(faults.*member);
+    return nullptr;
+}
+
+/** The lie in the words behind `record`; an error is set if there is none. */
+RecordFaults ReadLie(Arguments& arguments) {
+    RecordFaults faults;
+    const std::string_view lie = arguments.Words()[1];
+    const int64_t value = arguments.NumberAt(2, "VALUE", 0, UINT_MAX);
+    if (int64_t* const told = FindLie(lie, faults))
+        *told = value;
     else if (lie == "null-event")
         faults.nullEvent = value != 0;
     else
-        return false;
-    return true;
-}
-
-int OrderLies(Arguments& arguments, IHostControl& controls, int64_t first, int64_t count) {
-    RecordFaults faults;
-    const std::string_view lie = arguments.Words().size() > 1 ? arguments.Words()[1] : "";
-    const int64_t value = arguments.NumberAt(2, "VALUE", 0, UINT_MAX);
-    if (!SetLie(lie, value, faults)) arguments.SetError("there is no lie " + std::string(lie));
-    if (!arguments.Error().empty()) return kMisused;
-    return Report("let records lie", controls.setRecordFaults(faults, first, count));
+        arguments.SetError("there is no lie '" + std::string(lie) + "'");
+    return faults;
 }
 
 }  // namespace
 
 int RunCamera(Arguments& arguments) {
-    const std::string verb(arguments.Words()[0]);
+    const std::string_view verb = arguments.Words()[0];
     int32_t device = 0;
     int32_t cycles = 0;
-    if (verb == "storm") cycles = static_cast<int32_t>(arguments.NumberAt(2, "CYCLES", 0, INT_MAX));
     if (verb != "list") device = static_cast<int32_t>(arguments.NumberAt(1, "ID", 0, INT_MAX));
-    const bool known = verb == "list" || verb == "open" || verb == "close" || verb == "storm";
-    if (!known) arguments.SetError("cameras cannot " + verb);
+    if (verb == "storm") cycles = static_cast<int32_t>(arguments.NumberAt(2, "CYCLES", 0, INT_MAX));
     if (!arguments.Error().empty()) return kMisused;
     const auto controls = FindControls();
     if (controls == nullptr) return kNoService;
@@ -92,14 +91,10 @@ int RunScene(Arguments& arguments) {
     if (!arguments.Error().empty()) return kMisused;
     const auto controls = FindControls();
     if (controls == nullptr) return kNoService;
-    if (word == "seed") return Report("set the seed", controls->setSeed(number));
-    if (word == "jitter") {
-        return Report("set the jitter", controls->setJitter(static_cast<float>(number) / 100));
-    }
     for (const auto& [name, cast] : kCasts)
         if (name == word) return Report("set the scene", controls->setCast(cast));
-    arguments.SetError("there is no scene " + std::string(word));
-    return kMisused;
+    if (word == "seed") return Report("set the seed", controls->setSeed(number));
+    return Report("set the jitter", controls->setJitter(static_cast<float>(number) / 100));
 }
 
 int RunFault(Arguments& arguments) {
@@ -107,9 +102,11 @@ int RunFault(Arguments& arguments) {
     const int64_t first = arguments.Number("--first", 1, 1, INT64_MAX);
     const int64_t count = arguments.Number("--count", -1, 0, INT64_MAX);
     int32_t number = 0;
-    if (word == "late-events" || word == "slow-stop") {
-        number = static_cast<int32_t>(arguments.NumberAt(1, "the number", 0, INT_MAX));
-    }
+    RecordFaults lies;
+    if (word == "record") lies = ReadLie(arguments);
+    if (word == "late-events")
+        number = static_cast<int32_t>(arguments.NumberAt(1, "COUNT", 0, INT_MAX));
+    if (word == "slow-stop") number = static_cast<int32_t>(arguments.NumberAt(1, "MS", 0, INT_MAX));
     if (!arguments.Error().empty()) return kMisused;
     const auto controls = FindControls();
     if (controls == nullptr) return kNoService;
@@ -117,7 +114,9 @@ int RunFault(Arguments& arguments) {
     if (word == "clear") return Report("clear the faults", controls->clearFaults());
     if (word == "late-events") return Report("order it", controls->setEventsAfterStop(number));
     if (word == "slow-stop") return Report("order it", controls->setStopDelay(number));
-    if (word == "record") return OrderLies(arguments, *controls, first, count);
+    if (word == "record") {
+        return Report("let records lie", controls->setRecordFaults(lies, first, count));
+    }
     return Report("order the fault", controls->failCalls(word, first, count));
 }
 

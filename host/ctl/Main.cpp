@@ -2,10 +2,12 @@
 #include <vector>
 
 #include "host/ctl/Command.h"
+#include "host/ctl/Output.h"
 
+namespace zarvo::host::ctl {
 namespace {
 
-using namespace zarvo::host::ctl;
+using Words = std::span<const std::string_view>;
 
 int Misuse(const std::string& error, std::string_view command = {}) {
     std::fprintf(stderr, "aonctl: %s\n", error.c_str());
@@ -19,29 +21,40 @@ int Print(const std::string& text) {
     return kDone;
 }
 
-int Run(const Command& command, std::span<const std::string_view> words) {
-    for (const std::string_view word : words)
-        if (word == "--help" || word == "-h") return Print(CommandHelp(command));
-    const std::vector<Option> options = command.AllOptions();
-    Arguments arguments(words, options);
-    const size_t count = arguments.Words().size();
-    if (count < command.leastWords) arguments.SetError("something is missing");
-    if (count > command.mostWords) {
-        arguments.SetError("too much: " + std::string(arguments.Words()[command.mostWords]));
-    }
+Arguments Read(const Command& command, Words words) {
+    const bool justHelp = words.size() == 1 && words[0] == "--help";
+    if (command.passesAllOn && !justHelp) return Arguments::Unread(words);
+    return {words, command.AllOptions()};
+}
+
+int Run(const Command& command, Words words) {
+    Arguments arguments = Read(command, words);
+    if (arguments.WantsHelp()) return Print(CommandHelp(command));
+    CheckWords(command, arguments);
     if (!arguments.Error().empty()) return Misuse(arguments.Error(), command.name);
     const int status = command.run(arguments);
     return status == kMisused ? Misuse(arguments.Error(), command.name) : status;
 }
 
+int Run(Words words) {
+    if (words.empty()) return Misuse("what shall be done?");
+    const std::string_view first = words[0];
+    if (first == "--help" || first == "-h") return Print(ProgramHelp());
+    if (first == "--version") return Print("aonctl " AON_VERSION "\n");
+    // For the shells' completion.
+    if (first == "--complete") return Print(Completions(words.subspan(1)));
+    if (first.starts_with('-')) return Misuse("unknown option " + std::string(first));
+    const Command* const command = FindCommand(first);
+    if (command == nullptr) return Misuse("there is no command '" + std::string(first) + "'");
+    return Run(*command, words.subspan(1));
+}
+
 }  // namespace
+}  // namespace zarvo::host::ctl
 
 int main(int argc, char** argv) {
-    const std::vector<std::string_view> words(argv + 1, argv + argc);
-    if (words.empty()) return Misuse("what shall be done?");
-    if (words[0] == "--help" || words[0] == "-h" || words[0] == "help") return Print(ProgramHelp());
-    if (words[0] == "--version") return Print("aonctl " AON_VERSION "\n");
-    const Command* const command = FindCommand(words[0]);
-    if (command == nullptr) return Misuse("there is no command " + std::string(words[0]));
-    return Run(*command, std::span(words).subspan(1));
+    using namespace zarvo::host::ctl;
+    PrepareOutput();
+    const std::vector<std::string_view> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+    return FinishOutput(Run(words));
 }

@@ -16,9 +16,9 @@ std::shared_ptr<IAONService> FindService();
 /** The same for the controls of its process. */
 std::shared_ptr<IHostControl> FindControls();
 
-/** What a refusal of the service really means; empty if there is no more to say than it says. */
-std::string_view MeaningOf(std::string_view message);
 /** kDone for a good status; else says on stderr what was refused and what that means. */
 int Report(const std::string& what, const ndk::ScopedAStatus& status);
+/** Says on stderr, the first time, that the service went away. Gives kNoService. Thread-safe. */
+int ReportGone();
 
 }  // namespace zarvo::host::ctl

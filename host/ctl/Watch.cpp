@@ -1,41 +1,65 @@
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "host/ctl/Client.h"
 #include "host/ctl/Command.h"
+#include "host/ctl/Images.h"
+#include "host/ctl/Output.h"
 #include "host/text/EventJson.h"
 #include "host/text/EventText.h"
 
 namespace zarvo::host::ctl {
 namespace {
 
-/** Writes each event and state in a line. */
-class LineWriter : public ClientSink {
+/** Writes each event and state in a line, and saves pictures if it is told where. */
+class Watcher : public ClientSink {
   public:
-    explicit LineWriter(bool json) : mJson(json) {}
+    Watcher(bool json, std::optional<ImageSaver> images)
+        : mJson(json), mImages(std::move(images)) {}
 
-    bool OnEvent(Time, const AONCallBackInfo& info) override {
-        return Write(mJson ? EventJson(info) : EventText(info));
+    bool OnConfig(const SensorConfigInfo&) override {
+        mStart = std::chrono::steady_clock::now();
+        return !mImages || mImages->MakeDirectory();
     }
-    bool OnState(Time, const AONSensorStateInfo& info) override {
-        return Write(mJson ? StateJson(info) : StateText(info));
+    bool OnEvent(Time arrival, const AONCallBackInfo& info) override {
+        if (!WriteLine(mJson ? EventJson(info) : TimeText(arrival) + EventText(info))) return false;
+        return !mImages || mImages->Save(info);
+    }
+    bool OnState(Time arrival, const AONSensorStateInfo& info) override {
+        return WriteLine(mJson ? StateJson(info) : TimeText(arrival) + "** " + StateText(info));
+    }
+    bool OnEnd(uint64_t eventsMissed) override {
+        if (eventsMissed != 0) {
+            std::fprintf(stderr, "aonctl: %llu events came too fast and are not shown\n",
+                         static_cast<unsigned long long>(eventsMissed));
+        }
+        return true;
     }
 
   private:
-    static bool Write(const std::string& line) {
-        if (std::puts(line.c_str()) >= 0 && std::fflush(stdout) == 0) return true;
-        std::perror("aonctl: cannot write");
-        return false;
+    /** Seconds since the client registered. */
+    std::string TimeText(Time arrival) const {
+        const std::chrono::duration<double> seconds = arrival - mStart;
+        char text[32];
+        std::snprintf(text, sizeof(text), "%8.3f  ", seconds.count());
+        return text;
     }
 
     const bool mJson;
+    const std::optional<ImageSaver> mImages;
+    Time mStart;
 };
 
 }  // namespace
 
 int RunWatch(Arguments& arguments) {
-    LineWriter lines(arguments.Has("--json"));
-    return RunClient(arguments, lines);
+    std::optional<ImageSaver> images;
+    if (arguments.Has("--save-images"))
+        images.emplace(std::string(arguments.Value("--save-images")));
+    Watcher watcher(arguments.Has("--json"), std::move(images));
+    WhenReaderLeaves(EndClient);
+    return RunClient(arguments, watcher);
 }
 
 }  // namespace zarvo::host::ctl

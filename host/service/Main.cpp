@@ -25,7 +25,8 @@ int main(int argc, char** argv) {
     const std::string instance = std::string(zarvo::aon::AONService::descriptor) + "/default";
     const auto result = AServiceManager_addService(service.get(), instance.c_str());
     if (result != EX_NONE) {
-        AON_LOGE("AONService", "cannot publish %s: exception %d", instance.c_str(), result);
+        AON_LOGE("AONService", "cannot publish %s: exception %d%s", instance.c_str(), result,
+                 result == EX_ILLEGAL_STATE ? ", another process may serve it" : "");
         return EXIT_FAILURE;
     }
     if (!zarvo::host::PublishHostControls(service.get())) return EXIT_FAILURE;

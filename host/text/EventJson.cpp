@@ -4,6 +4,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <string_view>
 #include <vector>
 
 namespace zarvo::host {
@@ -54,6 +56,21 @@ std::string ListText(const std::vector<T>& values) {
     return text + ']';
 }
 
+std::string QuotedText(std::string_view value) {
+    std::string text = "\"";
+    for (const char letter : value) {
+        if (letter == '"' || letter == '\\') text += '\\';
+        if (static_cast<unsigned char>(letter) >= 0x20) {
+            text += letter;
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof(escape), "\\u%04x", static_cast<unsigned>(letter));
+        text += escape;
+    }
+    return text + '"';
+}
+
 std::string ValueText(const AONResultValue& value) {
     switch (value.getTag()) {
         case Tag::byteValue:
@@ -74,8 +91,8 @@ std::string ValueText(const AONResultValue& value) {
             return ListText(value.get<Tag::doubleArray>());
         case Tag::boolValue:
             return value.get<Tag::boolValue>() ? "true" : "false";
-        case Tag::stringValue:  // in no result so far, and not to be written unescaped
-            break;
+        case Tag::stringValue:
+            return QuotedText(value.get<Tag::stringValue>());
     }
     return "null";
 }

@@ -1,6 +1,7 @@
 #include "host/text/EventText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <span>
 #include <vector>
@@ -20,8 +21,9 @@ namespace {
 
 using Tag = AONResultValue::Tag;
 
-/** Of a face: its track id, left and top. Of gaze and angle: all three directions. */
-constexpr size_t kShownNumbers = 3;
+/** So many numbers of a face or a result, and so many faces, are shown. */
+constexpr size_t kShownNumbers = 5;
+constexpr size_t kShownFaces = 3;
 
 struct NamedType {
     int32_t type;
@@ -44,18 +46,30 @@ constexpr NamedKey kShownKeys[] = {{AONResult::RESULT_KEY_FUSION_COUNT, "faces"}
                                    {AONResult::RESULT_KEY_FACE_FEATURE, "feature"},
                                    {AONResult::RESULT_KEY_IMAGE_DATA, "image"}};
 
+const AONResult* Find(const AONCallBackInfo& info, int32_t key) {
+    const auto found = std::find_if(info.results.begin(), info.results.end(),
+                                    [&](const AONResult& result) { return result.key == key; });
+    return found == info.results.end() ? nullptr : &*found;
+}
+
+/** Three figures or more, which is what an eye can follow; whole numbers as they are. */
 std::string NumberText(float value) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.2f", static_cast<double>(value));
+    if (value == 0) return "0";
+    const float size = std::abs(value);
+    const bool isWhole = std::trunc(value) == value;
+    const int decimals = isWhole || size >= 99.95F ? 0 : size >= 9.995F ? 1 : 2;
+    char text[64];
+    std::snprintf(text, sizeof(text), "%.*f", decimals, static_cast<double>(value));
     return text;
 }
 
-std::string FloatsText(const std::vector<float>& values) {
+std::string FloatsText(std::span<const float> values) {
     std::string text = "[";
-    for (const float value : std::span(values).first(std::min(values.size(), kShownNumbers))) {
-        text += NumberText(value) + " ";
+    for (const float value : values.first(std::min(values.size(), kShownNumbers))) {
+        if (text.size() > 1) text += ' ';
+        text += NumberText(value);
     }
-    return text + "…" + std::to_string(values.size()) + "]";
+    return text + (values.size() > kShownNumbers ? " …]" : "]");
 }
 
 std::string ValueText(const AONResultValue& value) {
@@ -68,20 +82,42 @@ std::string ValueText(const AONResultValue& value) {
             return FloatsText(value.get<Tag::floatArray>());
         case Tag::byteArray:
             return std::to_string(value.get<Tag::byteArray>().size()) + " bytes";
-        default:
-            return value.toString();
+        default:  // no result of the service holds it, and a text could hold anything
+            return "?";
     }
-}
-
-const AONResult* Find(const AONCallBackInfo& info, int32_t key) {
-    const auto found = std::find_if(info.results.begin(), info.results.end(),
-                                    [&](const AONResult& result) { return result.key == key; });
-    return found == info.results.end() ? nullptr : &*found;
 }
 
 std::string TextOf(const AONCallBackInfo& info, int32_t key) {
     const AONResult* result = Find(info, key);
     return result == nullptr ? "?" : ValueText(result->value);
+}
+
+std::optional<int32_t> IntOf(const AONCallBackInfo& info, int32_t key) {
+    const AONResult* const result = Find(info, key);
+    if (result == nullptr || result->value.getTag() != Tag::intValue) return std::nullopt;
+    return result->value.get<Tag::intValue>();
+}
+
+/** Face by face. */
+std::string FusionText(const AONCallBackInfo& info, const AONResultValue& value) {
+    const int32_t length = IntOf(info, AONResult::RESULT_KEY_FUSION_ITEM_LENGTH).value_or(0);
+    if (value.getTag() != Tag::floatArray || length <= 0) return ValueText(value);
+    std::span<const float> rest(value.get<Tag::floatArray>());
+    std::string text;
+    for (size_t i = 0; i < kShownFaces && !rest.empty(); ++i) {
+        const auto face = rest.first(std::min(rest.size(), static_cast<size_t>(length)));
+        text += (i == 0 ? "" : " ") + FloatsText(face);
+        rest = rest.subspan(face.size());
+    }
+    if (!rest.empty()) text += " …";
+    return text.empty() ? "[]" : text;
+}
+
+std::string ResultText(const AONCallBackInfo& info, const AONResult& result) {
+    if (result.key == AONResult::RESULT_KEY_FUSION_DATA) return FusionText(info, result.value);
+    if (result.key != AONResult::RESULT_KEY_IMAGE_DATA) return ValueText(result.value);
+    return TextOf(info, AONResult::RESULT_KEY_IMAGE_WIDTH) + 'x' +
+           TextOf(info, AONResult::RESULT_KEY_IMAGE_HEIGHT) + ", " + ValueText(result.value);
 }
 
 }  // namespace
@@ -97,9 +133,7 @@ std::string ServiceTypesText(int32_t serviceTypes) {
 }
 
 std::optional<int32_t> FaceCount(const AONCallBackInfo& info) {
-    const AONResult* count = Find(info, AONResult::RESULT_KEY_FUSION_COUNT);
-    if (count == nullptr || count->value.getTag() != Tag::intValue) return std::nullopt;
-    return count->value.get<Tag::intValue>();
+    return IntOf(info, AONResult::RESULT_KEY_FUSION_COUNT);
 }
 
 std::string EventText(const AONCallBackInfo& info) {
@@ -109,7 +143,7 @@ std::string EventText(const AONCallBackInfo& info) {
     for (const NamedKey& key : kShownKeys) {
         const AONResult* result = Find(info, key.key);
         if (result != nullptr)
-            text += std::string("  ") + key.name + " " + ValueText(result->value);
+            text += std::string("  ") + key.name + " " + ResultText(info, *result);
     }
     return text;
 }

@@ -16,7 +16,10 @@ std::string ServiceTypesText(int32_t serviceTypes);
 std::optional<int32_t> FaceCount(
         const aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo& info);
 
-/** One event in a line: the frame, then each result with its first numbers. */
+/**
+ * One event in a line: the frame's number and its size in pixels, then each result, with the first
+ * numbers of each face. What the numbers mean, and their units, is the detector's.
+ */
 std::string EventText(const aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo& info);
 
 /** A sensor's new state in words. */

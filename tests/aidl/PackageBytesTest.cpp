@@ -26,14 +26,23 @@ AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
 }
 
+/** What a value writes of itself, and reads again. */
+template <typename T>
+void ExpectOwnBytes(const T& value, const char* hex) {
+    const ndk::ScopedAParcel parcel(AParcel_create());
+    EXPECT_EQ(value.writeToParcel(parcel.get()), STATUS_OK);
+    EXPECT_EQ(Hex(parcel.get()), hex);
+    const ndk::ScopedAParcel bytes = ParcelOf(hex);
+    T read{};
+    EXPECT_EQ(read.readFromParcel(bytes.get()), STATUS_OK);
+    EXPECT_EQ(read, value);
+    EXPECT_EQ(AParcel_getDataPosition(bytes.get()), AParcel_getDataSize(bytes.get()));
+}
+
 TEST(PackageBytes, UnionsHaveNoSizeAndStartWithTheFirstAlternative) {
     ExpectBytes(AONResultValue(), "010000000000000000000000");
-    const ndk::ScopedAParcel value(AParcel_create());
-    EXPECT_EQ(AONResultValue().writeToParcel(value.get()), STATUS_OK);
-    EXPECT_EQ(Hex(value.get()), "0000000000000000");
-    const ndk::ScopedAParcel result(AParcel_create());
-    EXPECT_EQ(AONResult().writeToParcel(result.get()), STATUS_OK);
-    EXPECT_EQ(Hex(result.get()), "1400000000000000010000000000000000000000");
+    ExpectOwnBytes(AONResultValue(), "0000000000000000");
+    ExpectOwnBytes(AONResult(), "1400000000000000010000000000000000000000");
 }
 
 TEST(PackageBytes, ResultsOfEveryKind) {
@@ -76,6 +85,7 @@ TEST(PackageBytes, Records) {
                 "f000000002000000050000000a000000010000001400000080020000e0010000010000001e000000");
     ExpectBytes(AONSensorStateInfo{7, 2}, "010000000c0000000700000002000000");
     ExpectBytes(std::vector<AONSensorInfo>{}, "00000000");
+    ExpectBytes(std::vector<AONResult>{}, "00000000");
 }
 
 template <typename T>
@@ -92,6 +102,7 @@ TEST(PackageBytes, OddParcelablesAreReadUpToTheirSize) {
     ExpectRead("02000000080000000900000008000000", STATUS_OK, 12, State{9, 0});
     ExpectRead("070000000c0000000900000008000000", STATUS_OK, 16, State{9, 8});
     ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, State{});
+    ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, AONResult{});
     ExpectRead("0100000003000000", STATUS_BAD_VALUE, 8, State{});
     ExpectRead("0100000004000000", STATUS_OK, 8, State{});
     ExpectRead("010000000800000009000000", STATUS_OK, 12, State{9, 0});
@@ -112,12 +123,41 @@ TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     const std::vector<AONResult> empty;
     ExpectRead("ffffffff", STATUS_NO_MEMORY, 4, empty);
     ExpectRead("40420f00", STATUS_NO_MEMORY, 4, empty);
+    ExpectRead("0100000000000000", STATUS_UNEXPECTED_NULL, 8, std::vector<AONResult>(1));
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
     const ndk::ScopedAParcel parcel = ParcelOf(
             "0100000024000000010000000100000001000000140000000300000001000000"
             "0a0000002a000000");
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_BAD_VALUE);
+}
+
+TEST(PackageBytes, OverlappingRecordsDoNotMultiplyTheirBytes) {
+    // Every result ends, by its size, before its own array, in which the next one begins. Its
+    // words: presence, which is the count of the array before it; size; key; presence; tag.
+    constexpr int32_t kResults = 5000;
+    constexpr int32_t kArrayBytes = kResults * 10;
+    std::vector<int32_t> words{1, 12 + kResults * 20, 1, kResults};
+    for (int32_t i = 0; i < kResults; ++i)
+        words.insert(words.end(), {kArrayBytes, 16, 2, 1, 1});
+    words.resize(words.size() + kArrayBytes / 4 + 1);
+    const ndk::ScopedAParcel parcel(AParcel_create());
+    for (const int32_t word : words)
+        AParcel_writeInt32(parcel.get(), word);
+    AParcel_setDataPosition(parcel.get(), 0);
+    AONCallBackInfo info;
+    EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &info), STATUS_NO_MEMORY);
+    size_t held = 0;
+    for (const AONResult& result : info.results) {
+        if (result.value.getTag() == Tag::byteArray)
+            held += result.value.get<Tag::byteArray>().size();
+    }
+    EXPECT_GT(held, 0u);
+    EXPECT_LT(held, 5 * 4 * words.size());
+    // Reading again from the start is another reading.
+    AParcel_setDataPosition(parcel.get(), 0);
+    int32_t presence = 0;
+    EXPECT_EQ(AParcel_readInt32(parcel.get(), &presence), STATUS_OK);
 }
 
 TEST(PackageText, ShowsEveryFieldAndAlternative) {

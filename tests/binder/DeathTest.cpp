@@ -164,8 +164,10 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
 
 TEST_F(DeathTest, CallInFlightComesBackDeadWhileItsHandlerRuns) {
     Gate gate;
+    std::promise<void> left;
     mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
         gate.Pass();
+        left.set_value();
         return ScopedAStatus::ok();
     };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
@@ -177,6 +179,7 @@ TEST_F(DeathTest, CallInFlightComesBackDeadWhileItsHandlerRuns) {
     killer.join();
     EXPECT_EQ(mWatch.died, 1);
     gate.goOn.set_value();
+    left.get_future().wait();
 }
 
 TEST_F(DeathTest, HandlerMayKillItsOwnConnection) {

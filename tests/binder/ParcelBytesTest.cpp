@@ -28,6 +28,22 @@ struct Point {
     bool operator==(const Point&) const = default;
 };
 
+/** A long value comes after a short one without a gap. */
+struct Moment {
+    int32_t day = 0;
+    int64_t time = 0;
+
+    binder_status_t writeToParcel(AParcel* parcel) const {
+        const binder_status_t status = AParcel_writeInt32(parcel, day);
+        return status == STATUS_OK ? AParcel_writeInt64(parcel, time) : status;
+    }
+    binder_status_t readFromParcel(const AParcel* parcel) {
+        const binder_status_t status = AParcel_readInt32(parcel, &day);
+        return status == STATUS_OK ? AParcel_readInt64(parcel, &time) : status;
+    }
+    bool operator==(const Moment&) const = default;
+};
+
 using Object = SpAIBinder;
 using Text = std::string;
 using MaybeText = std::optional<Text>;
@@ -68,6 +84,7 @@ TEST(ParcelBytes, ValuesHaveTheirBytes) {
     ExpectBytes<uint8_t>(254, "feffffff");
     ExpectBytes(Level::kLow, "ffffffff");
     ExpectBytes(true, "01000000");
+    ExpectBytes(false, "00000000");
     ExpectBytes(u'A', "41000000");
     ExpectBytes(1.5F, "0000c03f");
     ExpectBytes(1.5, "000000000000f83f");
@@ -75,6 +92,7 @@ TEST(ParcelBytes, ValuesHaveTheirBytes) {
     ExpectBytes(std::optional<Point>(), "00000000");
     ExpectBytes(std::unique_ptr<Point>(), "00000000");
     ExpectBytes(SpAIBinder(), "0000000000000000");
+    ExpectBytes(Moment{1, 2}, "01000000010000000200000000000000");
 }
 
 TEST(ParcelBytes, StringsHaveTheirBytes) {
@@ -109,6 +127,7 @@ TEST(ParcelBytes, SequencesHaveTheirBytes) {
                 "02000000020000000100000002000000020000000300000004000000");
     ExpectBytes(std::optional<Bools>(), "ffffffff");
     ExpectBytes(std::optional<Bytes8>(), "ffffffff");
+    ExpectBytes(std::optional<Ints>(), "ffffffff");
     ExpectBytes(std::make_optional<Ints>(), "00000000");
     ExpectBytes(MaybeTexts(), "ffffffff");
     ExpectBytes(MaybeTexts({"a", std::nullopt}), "020000000100000061000000ffffffff");

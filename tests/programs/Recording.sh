@@ -50,7 +50,7 @@ expect 0 '^6 events, 1 states, [0-9.]+ MB to ' \
 expect 1 'is there already' "$aonctl" record "$scratch/first"
 expect 1 'No space left' "$aonctl" record --force /dev/full
 expect 1 'No such file' "$aonctl" record "$scratch/no/where"
-expect 2 'something is missing' "$aonctl" record
+expect 2 'wants FILE' "$aonctl" record
 expect 0 '0\.000000  sensor 0, 640x480 at 5, fusion\+face angle\+gaze\+face feature' \
     "$aonctl" show "$scratch/first"
 expect 0 'the end; 0 events were missed' "$aonctl" show "$scratch/first"

@@ -1,3 +1,6 @@
+#include <poll.h>
+#include <unistd.h>
+
 #include "tests/sessions/ServerTest.h"
 
 namespace tests {
@@ -5,15 +8,23 @@ namespace {
 
 class HostileSession : public ServerTest {
   protected:
-    /** Opens more connections than there may be and says `hello` on each; how many were taken. */
-    int Crowd(const std::string& hello, std::vector<Socket>* crowd) {
-        for (int i = 0; i < 300; ++i) {
+    static std::string IdOf(const Socket& session) {
+        Send(session, Call(kSpecial, wire::kGetSessionId));
+        return Receive(session, 16 + 20 + 4 + 32).substr(80);
+    }
+    static std::string Tell(uint32_t number) {
+        return Call(kRoot, 3, kPeerToken + U32(number), 1, number);
+    }
+    /** Opens a thousand connections and says `hello` on each; those that were taken. */
+    std::vector<Socket> Crowd(const std::string& hello) {
+        std::vector<Socket> crowd;
+        for (int i = 0; i < 1000; ++i) {
             auto [near, far] = Socket::Pair();
-            if (!mServer->Accept(std::move(far))) return i;
+            const bool isTaken = mServer->Accept(std::move(far));
             Send(near, hello);
-            crowd->push_back(std::move(near));
+            if (isTaken) crowd.push_back(std::move(near));
         }
-        return 300;
+        return crowd;
     }
 };
 
@@ -95,37 +106,56 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
 }
 
 TEST_F(HostileSession, RunsOnewayCallsInTheOrderOfTheirNumbers) {
-    constexpr uint32_t kTell = 3;
     std::vector<int32_t> told;
     mPeer->onTell = [&](int32_t number) { told.push_back(number); };
-    const auto tell = [](uint32_t number) {
-        const std::string token = "0b000000 740065007300740073002e0049005000650065007200 0000";
-        return Call(kRoot, kTell, token + U32(number), 1, number);
-    };
     const Socket socket = Greeted();
     // Number 1 is late, 0 comes again.
-    Send(socket, tell(0) + tell(2) + tell(3) + tell(1) + tell(0) + Call(kRoot, 0x5F504E47));
+    Send(socket, Tell(0) + Tell(2) + Tell(3) + Tell(1) + Tell(0) + Call(kRoot, 0x5F504E47));
     EXPECT_NE(Receive(socket, 3 * 32), "closed");
     EXPECT_EQ(told, (std::vector<int32_t>{0, 1, 2, 3}));
 }
 
+TEST_F(HostileSession, MayRepeatTheNumberOfAOnewayCallThatRuns) {
+    const Socket socket = Greeted();
+    const Socket second = Dial();
+    Send(second, "01000000 00 00 0000000000000000 2000" + IdOf(socket) + kInit);
+    std::vector<int32_t> told;
+    mPeer->onTell = [&](int32_t number) {
+        told.push_back(number);
+        if (number != 0) return;
+        Send(second, Tell(0) + Call(kSpecial, 7));
+        EXPECT_NE(Receive(second, 36), "closed");
+    };
+    Send(socket, Tell(0) + Tell(1) + Call(kSpecial, 7));
+    // As much as comes even if 1 waits for ever.
+    EXPECT_NE(Receive(socket, 36 + 32), "closed");
+    EXPECT_EQ(told, (std::vector<int32_t>{0, 1}));
+}
+
 TEST_F(HostileSession, ThatReadsNothingHoldsUpNobodyElse) {
-    const Socket session = Greeted();
+    auto [session, far] = Socket::Pair();
+    const ndk::ScopedFileDescriptor serversEnd(dup(far.Fd()));
+    mServer->Accept(std::move(far));
+    Send(session, kHello + kInit + Call(kSpecial, wire::kGetRoot));
     std::vector<uint8_t> ping = BytesOf(Call(kRoot, 0x5F504E47));
-    std::array part{iovec{}};
-    std::span<iovec> unsent;
-    // Until the server has no room for replies, nor then for calls.
-    do {
-        part = {iovec{ping.data(), ping.size()}};
-        unsent = part;
+    // Until the server has no room for replies, nor this end for calls.
+    pollfd room{.fd = serversEnd.get(), .events = POLLOUT, .revents = 0};
+    bool isFull = false;
+    while (!isFull || poll(&room, 1, 0) > 0) {
+        std::array part{iovec{ping.data(), ping.size()}};
+        std::span<iovec> unsent = part;
         ASSERT_TRUE(session.SendSome(&unsent));
-    } while (unsent.empty());
+        isFull = !unsent.empty();
+        // Half a call would be the beginning of the next.
+        ASSERT_TRUE(!isFull || part.front().iov_len == ping.size());
+    }
     EXPECT_TRUE(ServesTheNext());
 }
 
 TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
-    std::vector<Socket> silent;
-    EXPECT_GT(Crowd("", &silent), 0);
+    std::vector<Socket> silent = Crowd("");
+    EXPECT_GT(silent.size(), 0U);
+    EXPECT_LT(silent.size(), 200U);
     silent.clear();
     while (!ServesTheNext())
         std::this_thread::yield();
@@ -133,12 +163,10 @@ TEST_F(HostileSession, LetsGoOfAThousandThatSayNothing) {
 
 TEST_F(HostileSession, MayNotHoardConnectionsToBeCalledOn) {
     const Socket session = Greeted();
-    Send(session, Call(kSpecial, wire::kGetSessionId));
-    const std::string id = Receive(session, 16 + 20 + 4 + 32).substr(80);
-    std::vector<Socket> hoard;
-    const int taken = Crowd("01000000 01 00 0000000000000000 2000" + id, &hoard);
-    EXPECT_GT(taken, 0);
-    EXPECT_LT(taken, 200);
+    const std::string id = IdOf(session);
+    const auto hoard = Crowd("01000000 01 00 0000000000000000 2000" + id);
+    EXPECT_GT(hoard.size(), 0U);
+    EXPECT_LT(hoard.size(), 200U);
     Send(session, Call(kRoot, 0x5F504E47));
     EXPECT_NE(Receive(session, 36), "closed");
 }

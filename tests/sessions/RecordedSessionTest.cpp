@@ -1,6 +1,7 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 #include <fstream>
 #include <future>
@@ -55,6 +56,14 @@ class Player {
         ++mNext;
     }
     void PlayToTheEnd() { PlayUntil("none"); }
+    /** Whether all sockets have ended, and nothing came before that but what was played. */
+    void ExpectEndOfAll() const {
+        for (const auto& [name, socket] : sockets) {
+            SCOPED_TRACE(name);
+            uint8_t more = 0;
+            EXPECT_EQ(socket.Receive(&more, 1), 0U);
+        }
+    }
 
     /** What the session's end calls to get a further socket. */
     std::function<Socket(const std::string& name)> open;
@@ -65,7 +74,7 @@ class Player {
         SCOPED_TRACE(step.socket + ' ' + step.hex);
         if (!sockets.contains(step.socket)) sockets[step.socket] = open(step.socket);
         const Socket& socket = sockets[step.socket];
-        // The id is the server's choice, which is read, or else the one of the first reply.
+        // The id is the server's choice: a client reads it, and a server has sevens.
         if (const size_t id = step.hex.find("ID"); id != std::string::npos) {
             step.hex.replace(id, 2, mId.empty() ? std::string(64, '7') : mId);
         }
@@ -77,7 +86,7 @@ class Player {
         }
         std::vector<uint8_t> received(bytes.size());
         ASSERT_TRUE(socket.ReceiveAll(received.data(), received.size()));
-        if (step.hex.ends_with(std::string(64, '7'))) {
+        if (mIsClient && step.hex.ends_with(std::string(64, '7'))) {
             mId = Hex(received).substr(step.hex.size() - 64);
             step.hex.replace(step.hex.size() - 64, 64, mId);
         }
@@ -143,7 +152,10 @@ TEST(RecordedSession, IsWhatAClientHearsFromOurServer) {
             [&] { EXPECT_TRUE(service->callback->onAONEvent(0x1001, RecordedEvent()).isOk()); });
     client.PlayToTheEnd();
     event.join();
-    client.sockets.clear();
+    // The client goes, and the server's end of both sockets with it.
+    shutdown(client.sockets["C2"].Fd(), SHUT_WR);
+    shutdown(client.sockets["C1"].Fd(), SHUT_WR);
+    client.ExpectEndOfAll();
     service->callback.reset();
     server->Close();
     server->JoinThreads();
@@ -156,7 +168,7 @@ TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
     dialled["C1"], dialled["C2"];
     RpcClientSettings settings;
     settings.acknowledgeWithReply = false;
-    settings.dial = [&, name = '1']() mutable {
+    settings.dial = [&, name = '1'](auto) mutable {
         auto [near, far] = Socket::Pair();
         dialled[std::string("C") + name++].set_value(std::move(far));
         return std::move(near);
@@ -185,6 +197,7 @@ TEST(RecordedSession, IsWhatAServerHearsFromOurClient) {
     server.PlayToTheEnd();
     over.set_value();
     client.join();
+    server.ExpectEndOfAll();
     ASSERT_EQ(callback->TakeEvents().size(), 1U);
     EXPECT_EQ(callback->Handle(), 0x1001);
 }

@@ -43,6 +43,23 @@ inline std::string Call(const std::string& address, uint32_t code, const std::st
            U32(bytes) + kZeros.substr(0, 24) + parcel;
 }
 
+inline void Send(const Socket& socket, const std::string& hex) {
+    std::vector<uint8_t> bytes = BytesOf(hex);
+    std::array part{iovec{bytes.data(), bytes.size()}};
+    socket.Send(part);
+}
+inline std::string Receive(const Socket& socket, size_t length) {
+    std::vector<uint8_t> bytes(length);
+    return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
+}
+/** A reply without fault. */
+inline std::string Reply(const std::string& parcel) {
+    const auto bytes = static_cast<uint32_t>(BytesOf(parcel).size());
+    return Command(1, 20 + bytes) + U32(0) + U32(bytes) + kZeros.substr(0, 24) + parcel;
+}
+/** The peer's descriptor, with which its calls begin. */
+inline const std::string kPeerToken = "0b000000 740065007300740073002e0049005000650065007200 0000";
+
 /** A server with a peer as root, and sockets to it. */
 class ServerTest : public testing::Test {
   protected:
@@ -56,15 +73,6 @@ class ServerTest : public testing::Test {
         mServer->Accept(std::move(far));
         return std::move(near);
     }
-    static void Send(const Socket& socket, const std::string& hex) {
-        std::vector<uint8_t> bytes = BytesOf(hex);
-        std::array part{iovec{bytes.data(), bytes.size()}};
-        socket.Send(part);
-    }
-    static std::string Receive(const Socket& socket, size_t length) {
-        std::vector<uint8_t> bytes(length);
-        return socket.ReceiveAll(bytes.data(), length) ? Hex(bytes) : "closed";
-    }
     /** A session that has the root. */
     Socket Greeted() {
         Socket socket = Dial();
@@ -75,7 +83,7 @@ class ServerTest : public testing::Test {
     }
     /** Whether another client is served as if nothing were. */
     bool ServesTheNext() {
-        const auto session = ConnectRpc({.dial = [this] { return Dial(); }});
+        const auto session = ConnectRpc({.dial = [this](auto) { return Dial(); }});
         const ndk::SpAIBinder root(session == nullptr ? nullptr : AskRoot(*session).Release());
         return AIBinder_ping(root.get()) == STATUS_OK;
     }

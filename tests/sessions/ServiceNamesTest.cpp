@@ -3,22 +3,32 @@
 #include <android/binder_stability.h>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <thread>
 
+#include "host/binder/rpc/SocketAddress.h"
+#include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 #include "tests/sessions/ServerTest.h"
 
 namespace tests {
 namespace {
+
+using ::zarvo::host::FoundServices;
+using ::zarvo::host::SocketAddress;
+using namespace std::chrono_literals;
 
 constexpr char kName[] = "tests.IPeer/default";
 
@@ -92,6 +102,15 @@ TEST_F(ServiceNames, LeadStraightToTheObjectInItsOwnProcess) {
     const auto next = SharedRefBase::make<Peer>();
     ASSERT_EQ(AServiceManager_addService(next->asBinder().get(), kName), EX_NONE);
     EXPECT_EQ(Find(), next);
+    // Without descriptors it can not be, and nothing changes.
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none{.rlim_cur = 0, .rlim_max = limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_ILLEGAL_STATE);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(Find(), next);
+    EXPECT_TRUE(Socket::Connect(SocketFile()).IsOpen());
 }
 
 TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
@@ -106,8 +125,10 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
     EXPECT_EQ(AServiceManager_addService(peer, std::string(120, 'a').c_str()), EX_ILLEGAL_STATE);
     EXPECT_EQ(AServiceManager_waitForService(nullptr), nullptr);
     EXPECT_TRUE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService/default"));
-    EXPECT_FALSE(AServiceManager_isDeclared("vendor.zarvo.hardware.camera.aon.IAONService"));
-    EXPECT_FALSE(AServiceManager_isDeclared(kName));
+    for (const char* name : {"vendor.zarvo.hardware.camera.aon.IAONService", kName,
+                             "camera.aon.IAONService/default", "default"}) {
+        EXPECT_FALSE(AServiceManager_isDeclared(name)) << name;
+    }
 
     const AIBinder_Class* const stableClass = AIBinder_Class_define(
             "tests.IStable", [](void* args) { return args; }, [](void*) {},
@@ -123,6 +144,48 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
     }
 }
 
+TEST_F(ServiceNames, AreKeptWhereNobodyElseCanLook) {
+    const std::string directory = mDirectory + "/new";
+    setenv("AON_RUNTIME_DIR", directory.c_str(), 1);
+    const mode_t before = umask(0);
+    ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
+    umask(before);
+    EXPECT_EQ(std::filesystem::status(directory).permissions(), std::filesystem::perms::owner_all);
+}
+
+TEST_F(ServiceNames, ReachWhoComesAlsoDuringACrowd) {
+    const PeerProcess process;
+    const auto address = SocketAddress::Of(SocketFile());
+    std::array<int, 2> pipe{-1, -1};
+    ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
+    const ndk::ScopedFileDescriptor told(pipe[0]);
+    ndk::ScopedFileDescriptor tells(pipe[1]);
+    const pid_t crowd = fork();
+    if (crowd == 0) {
+        // A thousand that say nothing, until the last of them has been refused.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        int last = -1;
+        for (int i = 0; i < 1000; ++i) {
+            last = socket(AF_UNIX, SOCK_STREAM, 0);
+            if (connect(last, address->Get(), address->Size()) != 0) break;
+        }
+        char news = 0;
+        news = recv(last, &news, 1, 0) == 0 ? 'r' : 'x';
+        [[maybe_unused]] const ssize_t written = write(tells.get(), &news, 1);
+        while (true)
+            pause();
+    }
+    tells.set(-1);
+    char news = 0;
+    EXPECT_EQ(read(told.get(), &news, 1), 1);
+    EXPECT_EQ(news, 'r');
+    std::string text;
+    const auto other = Find();
+    EXPECT_TRUE(other != nullptr && other->visit(nullptr, 5, &text).isOk());
+    kill(crowd, SIGKILL);
+    waitpid(crowd, nullptr, 0);
+}
+
 TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
     PeerProcess first;
     ASSERT_EQ(first.result, EX_NONE);
@@ -131,6 +194,28 @@ TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
     EXPECT_TRUE(std::filesystem::is_socket(SocketFile()));
     EXPECT_EQ(Find(), nullptr);
     EXPECT_EQ(PeerProcess().result, EX_NONE);
+}
+
+TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAreGivenUpInTime) {
+    const auto soon = [] { return std::chrono::steady_clock::now() + 50ms; };
+    const PeerProcess process;
+    kill(process.Pid(), SIGSTOP);
+    const auto find = [&] {
+        errno = 0;
+        return SpAIBinder(FoundServices::Instance().Find(kName, SocketFile(), soon()).Release());
+    };
+    EXPECT_EQ(find().get(), nullptr);
+    EXPECT_EQ(errno, ETIMEDOUT);
+    // Nor when so many wait that no more can.
+    std::vector<Socket> waiting;
+    do {
+        waiting.push_back(Socket::Connect(SocketFile(), soon()));
+    } while (waiting.back().IsOpen());
+    EXPECT_EQ(find().get(), nullptr);
+    EXPECT_EQ(errno, ETIMEDOUT);
+    waiting.clear();
+    kill(process.Pid(), SIGCONT);
+    EXPECT_NE(Find(), nullptr);
 }
 
 TEST_F(ServiceNames, AreWaitedForUntilSomebodyServesThem) {
@@ -200,6 +285,29 @@ TEST_F(ServiceNames, AreAwaitedByManyAtOnceAndEndedByAny) {
         thread.join();
 }
 
+TEST_F(ServiceNames, AreTakenBackBeforeAnybodyLosesAService) {
+    ABinderProcess_startThreadPool();
+    for (const char* const name : {kName, "tests.IPeer/another", "tests.IPeer/last"})
+        ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), name), EX_NONE);
+    // The service is told when its client's session ends.
+    int told = 0;
+    std::function<void()> onDeath = [&] { told = std::filesystem::is_empty(mDirectory) ? 1 : -1; };
+    const ndk::ScopedAIBinder_DeathRecipient recipient(AIBinder_DeathRecipient_new(
+            [](void* cookie) { (*static_cast<std::function<void()>*>(cookie))(); }));
+    std::shared_ptr<IPeer> known;
+    mPeer->onVisit = [&](const auto& visitor, int32_t, std::string*) {
+        known = visitor;
+        return ScopedAStatus::fromStatus(
+                AIBinder_linkToDeath(known->asBinder().get(), recipient.get(), &onDeath));
+    };
+    const auto session = ConnectRpc({.dial = [&](auto) { return Socket::Connect(SocketFile()); }});
+    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    std::string text;
+    ASSERT_TRUE(root->visit(SharedRefBase::make<Peer>(), 5, &text).isOk());
+    zarvo::host::PublishedServices::Instance().WithdrawAll();
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(ServiceNames, AreTakenBackAlsoWhenNoDescriptorIsLeft) {
     ABinderProcess_startThreadPool();
     rlimit limit{};
@@ -209,7 +317,8 @@ TEST_F(ServiceNames, AreTakenBackAlsoWhenNoDescriptorIsLeft) {
     for (const bool isFull : {false, true}) {
         ASSERT_EQ(AServiceManager_addService(mPeer->asBinder().get(), kName), EX_NONE);
         // Once it has accepted, it is about to accept the next.
-        const auto accepted = ConnectRpc({.dial = [&] { return Socket::Connect(SocketFile()); }});
+        const auto accepted =
+                ConnectRpc({.dial = [&](auto) { return Socket::Connect(SocketFile()); }});
         ASSERT_NE(accepted, nullptr);
         if (isFull) setrlimit(RLIMIT_NOFILE, &low);
         std::vector<ndk::ScopedFileDescriptor> all;

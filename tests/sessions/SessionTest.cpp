@@ -13,7 +13,7 @@ using ::zarvo::host::RpcClientSettings;
 class SessionTest : public ServerTest {
   protected:
     std::shared_ptr<IPeer> Connect(RpcClientSettings settings = {}) {
-        settings.dial = [this] { return Dial(); };
+        settings.dial = [this](auto) { return Dial(); };
         mSession = ConnectRpc(settings);
         return mSession == nullptr ? nullptr
                                    : IPeer::fromBinder(SpAIBinder(AskRoot(*mSession).Release()));
@@ -29,7 +29,7 @@ TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
         SCOPED_TRACE(isOldServer);
         RpcClientSettings settings;
         settings.newestVersion = isOldServer ? 1 : 0;
-        settings.dial = [&] {
+        settings.dial = [&](auto) {
             auto [near, far] = Socket::Pair();
             (isOldServer ? old : mServer)->Accept(std::move(far));
             return std::move(near);
@@ -83,6 +83,51 @@ TEST_F(SessionTest, CallsBeyondTheServersThreadsWaitForOne) {
     EXPECT_EQ(most, 2);
 }
 
+TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
+    std::atomic<int> dialled{0};
+    const auto session = ConnectRpc({.dial = [&](auto) {
+        if (dialled++ == 0) return Dial();
+        return Socket::Pair().first;
+    }});
+    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
+        // The other caller wants a socket of his own.
+        while (dialled < 2)
+            std::this_thread::yield();
+        return ScopedAStatus::ok();
+    };
+    const auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+    const auto visit = [&] {
+        std::string text;
+        EXPECT_TRUE(root->visit(nullptr, 5, &text).isOk());
+    };
+    std::thread other(visit);
+    visit();
+    other.join();
+    visit();
+    EXPECT_EQ(dialled, 2);
+}
+
+TEST_F(SessionTest, TellsWhoAsksHowItIsCalledAndHowManyThreadsItHas) {
+    std::vector<Socket> called;
+    const auto session = ConnectRpc({.dial = [&, isFirst = true](auto) mutable {
+        if (std::exchange(isFirst, false)) return Dial();
+        auto [near, far] = Socket::Pair();
+        Send(far, kInit);
+        called.push_back(std::move(far));
+        return std::move(near);
+    }});
+    ASSERT_TRUE(session->OpenIncoming(2));
+    const Socket& server = called.front();
+    const std::string id = Receive(server, 16 + 32).substr(32);
+    const std::string reply = U32(0) + U32(36) + kZeros.substr(0, 24);
+    Send(server, Call(kSpecial, wire::kGetSessionId));
+    EXPECT_EQ(Receive(server, 16 + 56), Command(1, 56) + reply + U32(32) + id);
+    Send(server, Call(kSpecial, wire::kGetMaxThreads));
+    EXPECT_EQ(Receive(server, 16 + 24).substr(72), U32(2));
+    session->Terminate();
+    session->JoinThreads();
+}
+
 TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
     const auto root = Connect();
     const auto visit = [&](size_t requestBytes, size_t textLength) {
@@ -131,6 +176,88 @@ TEST_F(SessionTest, ObjectThatEndsInsideACallMayCall) {
     EXPECT_EQ(text, "6");
     EXPECT_EQ(AIBinder_ping(root->asBinder().get()), STATUS_OK);
     EXPECT_EQ(last, "7");
+}
+
+TEST_F(SessionTest, HoldsAnObjectWhileACallMayBeOnItsWay) {
+    struct Case {
+        bool tells;
+        bool isAcknowledged;
+    };
+    const std::string acknowledgement = Command(2, 16) + kRoot + U32(1) + U32(0);
+    const std::string refusal =
+            Command(1, 20) + U32(static_cast<uint32_t>(STATUS_BAD_VALUE)) + kZeros.substr(0, 32);
+    // What the server says, whatever it is asked.
+    const std::string greeting = "0100000000000000" + Reply(U32(1)) + Reply(U32(32) + kZeros) +
+                                 Reply(U32(1) + kRoot + U32(12)) + acknowledgement +
+                                 Reply(kPeerToken);
+    for (const auto& [tells, isAcknowledged] :
+         {Case{false, false}, Case{false, true}, Case{true, false}, Case{true, true}}) {
+        SCOPED_TRACE(testing::Message() << tells << isAcknowledged);
+        auto [near, far] = Socket::Pair();
+        Send(far, greeting + (isAcknowledged ? acknowledgement : "") + refusal);
+        const auto session =
+                ConnectRpc({.dial = [&, &socket = near](auto) { return std::move(socket); }});
+        auto root = IPeer::fromBinder(SpAIBinder(AskRoot(*session).Release()));
+        ASSERT_NE(root, nullptr);
+        if (tells) {
+            EXPECT_TRUE(root->tell(1).isOk());
+        }
+        EXPECT_EQ(AIBinder_ping(root->asBinder().get()), STATUS_BAD_VALUE);
+        root.reset();
+        // A session in which nothing is held has ended.
+        EXPECT_EQ(session->IsAlive(), tells);
+        session->Terminate();
+    }
+}
+
+TEST_F(SessionTest, AcknowledgesAllThatACallBroughtBeforeItsReply) {
+    constexpr int kMany = 40;
+    static const AIBinder_Class* const reader = AIBinder_Class_define(
+            "tests.IPeer", [](void*) -> void* { return nullptr; }, [](void*) {},
+            [](AIBinder*, transaction_code_t, const AParcel* in, AParcel*) {
+                binder_status_t status = STATUS_OK;
+                for (int i = 0; i < kMany && status == STATUS_OK; ++i) {
+                    SpAIBinder object;
+                    status = AParcel_readStrongBinder(in, object.getR());
+                }
+                return status;
+            });
+    const auto server = std::make_shared<RpcServer>(
+            RpcServer::Settings{}, Ref<AIBinder>::Adopt(AIBinder_new(reader, nullptr)));
+    auto [socket, far] = Socket::Pair();
+    server->Accept(std::move(far));
+    std::string parcel = kPeerToken;
+    std::string acknowledgements;
+    for (int i = 0; i < kMany; ++i) {
+        parcel += U32(1) + kRoot + U32(12);
+        // With the first, also the call itself.
+        acknowledgements += Command(2, 16) + kRoot + U32(i == 0 ? 2 : 1) + U32(0);
+    }
+    Send(socket, kHello + kInit + Call(kSpecial, wire::kGetRoot) + Call(kRoot, 1, parcel));
+    Receive(socket, 8 + 52);
+    EXPECT_EQ(Receive(socket, 32 * kMany), acknowledgements);
+    EXPECT_EQ(Receive(socket, 36), Reply(""));
+    server->Close();
+    server->JoinThreads();
+}
+
+TEST_F(SessionTest, AcknowledgesFailedCallsWithTheNextThatSucceeds) {
+    const auto server =
+            std::make_shared<RpcServer>(RpcServer::Settings{.acknowledgeWithReply = false},
+                                        Ref<AIBinder>::Share(mPeer->asBinder().get()));
+    auto [socket, far] = Socket::Pair();
+    server->Accept(std::move(far));
+    const std::string ping = Call(kRoot, 0x5F504E47);
+    Send(socket, kHello + kInit + Call(kSpecial, wire::kGetRoot) + Call(kRoot, 0) + Call(kRoot, 0) +
+                         ping + Call(kRoot, 0) + ping);
+    Receive(socket, 8 + 52 + 2 * 36);
+    const auto acknowledgement = [](uint32_t amount) {
+        return Command(2, 16) + kRoot + U32(amount) + U32(0);
+    };
+    EXPECT_EQ(Receive(socket, 36 + 32), acknowledgement(3) + Reply(""));
+    EXPECT_EQ(Receive(socket, 36 + 32 + 36).substr(72), acknowledgement(2) + Reply(""));
+    server->Close();
+    server->JoinThreads();
 }
 
 }  // namespace

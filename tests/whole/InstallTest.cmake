@@ -19,6 +19,14 @@ if(NOT result EQUAL 1)
   message(FATAL_ERROR "paths of the build stand in:\n${found}")
 endif()
 
+# What people look for beside a program.
+foreach(file man/man1/aonctl.1 man/man8/vendor.zarvo.hardware.camera.aon-service.8
+             bash-completion/completions/aonctl zsh/site-functions/_aonctl)
+  if(NOT EXISTS "${prefix}/share/${file}")
+    message(SEND_ERROR "not installed: share/${file}")
+  endif()
+endforeach()
+
 file(COPY "${SOURCE}/examples/client" DESTINATION "${SCRATCH}")
 execute_process(
   COMMAND "${CMAKE_COMMAND}" -S "${SCRATCH}/client" -B "${SCRATCH}/build" -G "${GENERATOR}"

@@ -24,19 +24,19 @@ binder_status_t AddressTable::Lend(LocalBinder* object, uint64_t* address) {
 }
 
 binder_status_t AddressTable::LendBack(const ProxyBinder* proxy) {
-    uint64_t unused = 0;
-    return BeginCall(proxy->Address(), false, &unused) ? STATUS_OK : STATUS_DEAD_OBJECT;
+    return BeginCall(proxy->Address(), false) ? STATUS_OK : STATUS_DEAD_OBJECT;
 }
 
-bool AddressTable::BeginCall(uint64_t address, bool oneway, uint64_t* asyncNumber) {
+std::optional<AddressTable::CountedCall> AddressTable::BeginCall(uint64_t address, bool oneway) {
     Ref<AIBinder> proxy;
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
-    if (node == mNodes.end()) return false;
+    if (node == mNodes.end()) return std::nullopt;
     proxy = node->second.object.Promote();
     CountSent(node->second, proxy.Get());
-    if (oneway) *asyncNumber = node->second.asyncNumber++;
-    return true;
+    CountedCall call{.asyncNumber = 0, .acknowledged = node->second.acknowledged};
+    if (oneway) call.asyncNumber = node->second.asyncNumber++;
+    return call;
 }
 
 void AddressTable::CountSent(Node& node, AIBinder* object) {
@@ -44,25 +44,39 @@ void AddressTable::CountSent(Node& node, AIBinder* object) {
     if (!node.held) node.held = Ref<AIBinder>::Share(object);
 }
 
-void AddressTable::TakeBack(uint64_t address, uint64_t times) {
+void AddressTable::TakeBack(uint64_t address) {
+    Ref<AIBinder> ended;
+    const std::lock_guard lock(mMutex);
+    const auto node = mNodes.find(address);
+    if (node != mNodes.end()) ended = CountBack(node, 1);
+}
+
+void AddressTable::TakeAcknowledgement(uint64_t address, uint64_t times) {
     Ref<AIBinder> ended;
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
     if (node == mNodes.end()) return;
+    node->second.acknowledged += times;
+    ended = CountBack(node, times);
+}
+
+Ref<AIBinder> AddressTable::CountBack(Nodes::iterator node, uint64_t times) {
     uint64_t& sent = node->second.sent;
     // For an object of the other end more may come than was sent: for calls that failed before
     // it was last forgotten.
-    if (times > sent && IsOwn(address)) return;
+    if (times > sent && IsOwn(node->first)) return {};
     sent -= std::min(times, sent);
     node->second.failed = std::min(node->second.failed, sent);
-    ended = LetGoIfDone(node);
+    return LetGoIfDone(node);
 }
 
-void AddressTable::NoteFailure(uint64_t address) {
+void AddressTable::NoteFailure(uint64_t address, const CountedCall& call) {
     Ref<AIBinder> ended;
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
     if (node == mNodes.end() || node->second.failed == node->second.sent) return;
+    // It may have been for this call. If not, the object is only held for longer.
+    if (node->second.acknowledged != call.acknowledged) return;
     ++node->second.failed;
     ended = LetGoIfDone(node);
 }
@@ -136,7 +150,9 @@ uint32_t AddressTable::Forget(const ProxyBinder* proxy) {
 bool AddressTable::Queue(uint64_t address, uint64_t asyncNumber, Oneway call) {
     const std::lock_guard lock(mMutex);
     const auto node = mNodes.find(address);
-    if (node == mNodes.end() || asyncNumber < node->second.asyncNumber) return true;
+    if (node == mNodes.end()) return true;
+    // The one that runs has had its turn, too.
+    if (asyncNumber < node->second.asyncNumber + (node->second.runsOneway ? 1 : 0)) return true;
     auto& waiting = node->second.waiting;
     const size_t bytes = call.request->Size();
     if (waiting.size() >= wire::kMostWaitingOneways) return false;

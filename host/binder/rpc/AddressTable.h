@@ -35,6 +35,13 @@ class AddressTable {
         wire::TransactBody body;
         std::unique_ptr<AParcel> request;
     };
+    /** How a call of a proxy was counted. */
+    struct CountedCall {
+        /** Of a oneway call. */
+        uint64_t asyncNumber = 0;
+        /** What the other end had acknowledged of the object before. */
+        uint64_t acknowledged = 0;
+    };
     /** Everything a table held when it closed. */
     struct Remains {
         std::vector<Ref<AIBinder>> held;
@@ -51,13 +58,15 @@ class AddressTable {
     binder_status_t Lend(LocalBinder* object, uint64_t* address);
     /** The same for a proxy of this session. */
     binder_status_t LendBack(const ProxyBinder* proxy);
-    /** Counts a call of a proxy; for a oneway call also gives its number. False when closed. */
-    bool BeginCall(uint64_t address, bool oneway, uint64_t* asyncNumber);
-    /** The other end acknowledges, or what was written was not sent after all. */
-    void TakeBack(uint64_t address, uint64_t times);
-    /** A call of a proxy came back without success: the other end acknowledges it with the next
-     * that succeeds, if there is one. */
-    void NoteFailure(uint64_t address);
+    /** Counts a call of a proxy; for a oneway call also gives its number. Nothing when closed. */
+    std::optional<CountedCall> BeginCall(uint64_t address, bool oneway);
+    /** What was written once was not sent after all. */
+    void TakeBack(uint64_t address);
+    /** The other end acknowledges so many. */
+    void TakeAcknowledgement(uint64_t address, uint64_t times);
+    /** A call of a proxy came back without success. If nothing was acknowledged meanwhile, it will
+     * be with the next that succeeds, if there is one. */
+    void NoteFailure(uint64_t address, const CountedCall& call);
 
     // Receiving.
 
@@ -75,8 +84,8 @@ class AddressTable {
 
     // Oneway calls of one object run one after the other, in the order of their numbers.
 
-    /** Keeps a call until its turn; one whose number has passed is dropped. False if too many
-     * wait, or too much. */
+    /** Keeps a call until its turn; one whose number has had its turn is dropped. False if too
+     * many wait, or too much. */
     bool Queue(uint64_t address, uint64_t asyncNumber, Oneway call);
     /** The call whose turn it is; the turn ends with EndOneway. */
     std::optional<Oneway> NextOneway(uint64_t address);
@@ -97,6 +106,8 @@ class AddressTable {
         uint64_t sent = 0;
         /** Of these, calls that are over and not acknowledged. */
         uint64_t failed = 0;
+        /** By the other end, ever. */
+        uint64_t acknowledged = 0;
         uint64_t received = 0;
         /** Of the next oneway call, to send or to run. */
         uint64_t asyncNumber = 0;
@@ -111,6 +122,8 @@ class AddressTable {
     static void CountSent(Node& node, AIBinder* object);
     Ref<AIBinder> NewProxy(uint64_t address, int32_t stability,
                            const std::shared_ptr<Session>& session);
+    /** Takes off so many of those sent; what was held, for the caller to drop without the lock. */
+    Ref<AIBinder> CountBack(Nodes::iterator node, uint64_t times);
     /** What was held, for the caller to drop without the lock. */
     Ref<AIBinder> LetGoIfDone(Nodes::iterator node);
     void EraseIfDone(Nodes::iterator node);

@@ -5,9 +5,10 @@
 
 namespace zarvo::host {
 
-void Channels::SetGrowth(Open open, size_t most) {
+void Channels::SetGrowth(Open open, IsTaken isTaken, size_t most) {
     const std::lock_guard lock(mMutex);
     mOpen = std::move(open);
+    mIsTaken = std::move(isTaken);
     mMost = most;
 }
 
@@ -23,6 +24,12 @@ bool Channels::Add(Shared connection, const std::function<bool()>& announce) {
 bool Channels::IsEmpty() const {
     const std::lock_guard lock(mMutex);
     return mChannels.empty();
+}
+
+void Channels::LimitReceiveTime(Deadline deadline) const {
+    const std::lock_guard lock(mMutex);
+    for (const Channel& channel : mChannels)
+        channel.connection->LimitReceiveTime(deadline);
 }
 
 binder_status_t Channels::Acquire(bool rotate, const Connection* nested, Shared* connection) {
@@ -107,23 +114,29 @@ bool Channels::MayGrowLocked() const {
 
 Channels::Shared Channels::Grow(std::unique_lock<std::mutex>& lock) {
     ++mOpening;
+    Shared taken = OpenTaken(lock);
+    --mOpening;
+    // The other end has no more to give; what there is must do.
+    if (taken == nullptr) mMost = std::min(mMost, mChannels.size());
+    mChanged.notify_all();
+    return taken;
+}
+
+Channels::Shared Channels::OpenTaken(std::unique_lock<std::mutex>& lock) {
     const Open open = mOpen;
+    const IsTaken isTaken = mIsTaken;
     lock.unlock();
     Shared opened = open();
     lock.lock();
-    --mOpening;
-    mChanged.notify_all();
-    if (opened == nullptr) {
-        // The other end has no more to give; what there is must do.
-        mMost = std::min(mMost, mChannels.size());
-        return nullptr;
-    }
-    if (mClosed) {
-        opened->Shutdown();
-        return nullptr;
-    }
-    mChannels.push_back({std::move(opened), {}, 0});
-    return TakeLocked(mChannels.back());
+    if (opened == nullptr || mClosed) return nullptr;
+    // Listed before it is known to be good, so that Close ends the wait for that.
+    mChannels.push_back({opened, std::this_thread::get_id(), 1});
+    lock.unlock();
+    const bool taken = isTaken(*opened);
+    lock.lock();
+    if (taken && !mClosed) return opened;
+    std::erase_if(mChannels, [&](const auto& channel) { return channel.connection == opened; });
+    return nullptr;
 }
 
 }  // namespace zarvo::host

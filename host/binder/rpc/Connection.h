@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -39,15 +38,15 @@ class Connection {
         static_assert(std::is_trivially_copyable_v<T>);
         return Receive(reinterpret_cast<uint8_t*>(value), sizeof(T));
     }
+    /** The next command, which stays to be received; false if the connection is gone. */
+    bool Peek(wire::CommandHeader* command);
     /** Receives that many bytes for nobody. */
     bool Skip(size_t length);
-    /** From here on a Receive that gets nothing for that long fails; zero for no limit. */
-    void LimitReceiveTime(std::chrono::seconds limit) { mSocket.LimitReceiveTime(limit); }
+    /** See Socket::LimitReceiveTime. */
+    void LimitReceiveTime(Deadline deadline) const { mSocket.LimitReceiveTime(deadline); }
     void Shutdown() { mSocket.Shutdown(); }
 
   private:
-    /** The next command, which stays to be received; false if the connection is gone. */
-    bool Peek(wire::CommandHeader* command);
     /** False if the next command is no acknowledgement. */
     bool ReceiveAcknowledgement(Acknowledgements* received);
     /** Hands out what was received ahead. */

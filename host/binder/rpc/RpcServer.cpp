@@ -48,7 +48,7 @@ bool RpcServer::Accept(Socket socket) {
 
 void RpcServer::Greet(const Shared& connection) {
     wire::ConnectionHeader header{};
-    connection->LimitReceiveTime(kHandshakeTime);
+    connection->LimitReceiveTime(std::chrono::steady_clock::now() + kHandshakeTime);
     if (!connection->Receive(&header)) return;
     if (header.sessionIdBytes == 0) GreetNew(connection, header);
     if (header.sessionIdBytes == wire::kSessionIdBytes) GreetKnown(connection, header);
@@ -78,9 +78,9 @@ void RpcServer::GreetKnown(const Shared& connection, const wire::ConnectionHeade
     if (!isIncoming) {
         session->Serve(connection);
         session->Terminate();
-    } else if (const auto sendInit = [&] { return SendValue(*connection, wire::Init()); };
-               !session->Outgoing().Add(connection, sendInit)) {
-        session->Terminate();
+    } else {
+        // Who does not wait for it any more has gone on without it.
+        session->Outgoing().Add(connection, [&] { return SendValue(*connection, wire::Init()); });
     }
 }
 
@@ -99,7 +99,8 @@ std::shared_ptr<RpcSession> RpcServer::NewSession(uint32_t version) {
     settings.onEnd = [self, id = settings.id] {
         if (const auto server = self.lock()) server->Forget(id);
     };
-    auto session = std::make_shared<RpcSession>(settings);
+    // Not in one piece with its count: this list knows it longer than it lives.
+    std::shared_ptr<RpcSession> session(new RpcSession(settings));
     const std::lock_guard lock(mMutex);
     if (mClosed) return nullptr;
     mSessions.emplace(settings.id, Entry{session, 1});
@@ -146,7 +147,7 @@ bool RpcServer::Enter(const Shared& connection) {
 }
 
 void RpcServer::Greeted(const Shared& connection) {
-    connection->LimitReceiveTime(std::chrono::seconds(0));
+    connection->LimitReceiveTime(Deadline::max());
     const std::lock_guard lock(mMutex);
     mGreeting.erase(connection);
 }

@@ -14,10 +14,17 @@ void RpcSession::Serve(const std::shared_ptr<Connection>& connection) {
     ServeListed(*connection);
 }
 
-bool RpcSession::OpenIncoming(size_t count) {
+void RpcSession::SetIncoming(const wire::SessionId& id, OpenUntil open) {
+    mId = id;
+    mOpenIncoming = std::move(open);
+}
+
+bool RpcSession::OpenIncoming(size_t count, Deadline deadline) {
     const std::lock_guard lock(mOpeningMutex);
+    // The first one may be asked before the last one is open.
+    if (mIncomingOpened < count) mThreads = static_cast<uint32_t>(count);
     for (; mIncomingOpened < count; ++mIncomingOpened) {
-        const Channels::Shared connection = mOpenIncoming();
+        const Channels::Shared connection = mOpenIncoming(deadline);
         if (connection == nullptr || !SpawnServing(connection)) return false;
     }
     return true;
@@ -64,7 +71,7 @@ bool RpcSession::ServeDecStrong(Connection& connection, size_t bodyBytes) {
     wire::DecStrongBody body{};
     if (bodyBytes != sizeof(body)) return Break("an acknowledgement has another length");
     if (!connection.Receive(&body)) return Lose();
-    mTable.TakeBack(body.address, body.amount);
+    mTable.TakeAcknowledgement(body.address, body.amount);
     EndIfUsedUp();
     return IsAlive();
 }
@@ -96,12 +103,12 @@ bool RpcSession::ServeSpecial(Connection& connection, const wire::TransactBody& 
         const Ref<AIBinder> root = mSettings.root ? mSettings.root() : Ref<AIBinder>();
         status = reply.WriteObject(root.Get());
     } else if (body.code == wire::kGetMaxThreads) {
-        status = reply.Write(mSettings.threads);
+        status = reply.Write(mThreads.load());
     } else if (body.code == wire::kGetSessionId) {
-        status = reply.Write(static_cast<uint32_t>(mSettings.id.size()));
-        uint8_t* const place = reply.Append(mSettings.id.size());
+        status = reply.Write(static_cast<uint32_t>(mId.size()));
+        uint8_t* const place = reply.Append(mId.size());
         if (place == nullptr) return Break("no memory for a reply");
-        std::memcpy(place, mSettings.id.data(), mSettings.id.size());
+        std::memcpy(place, mId.data(), mId.size());
     }
     return Answer(connection, body, status, reply);
 }

@@ -10,7 +10,10 @@
 namespace zarvo::host {
 
 RpcSession::RpcSession(Settings settings)
-    : mSettings(std::move(settings)), mTable(mSettings.side) {}
+    : mSettings(std::move(settings)),
+      mTable(mSettings.side),
+      mId(mSettings.id),
+      mThreads(mSettings.threads) {}
 
 RpcSession::~RpcSession() {
     Terminate();
@@ -47,12 +50,29 @@ binder_status_t RpcSession::Ask(wire::SpecialCall call, AParcel* reply) {
     return Transact(0, call, nothing, reply, 0);
 }
 
+bool RpcSession::IsTaken(Connection& connection) {
+    wire::TransactBody body{};
+    body.code = wire::kGetMaxThreads;
+    wire::CommandHeader command{};
+    command.command = wire::kTransact;
+    command.bodyBytes = sizeof(body);
+    std::array parts{iovec{&command, sizeof(command)}, iovec{&body, sizeof(body)}};
+    AParcel reply;
+    const CallContext context(this, &connection, CallContext::Role::kCalls);
+    // Takes nothing along that would be lost with the connection. Who has begun to answer took it.
+    return connection.Send(parts) && connection.Peek(&command) &&
+           AwaitReply(connection, &reply) == STATUS_OK;
+}
+
 binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBody& body,
                                  const AParcel& in, AParcel* reply) {
     wire::TransactBody sent = body;
     const bool oneway = (body.flags & FLAG_ONEWAY) != 0;
-    if (body.address != 0 && !mTable.BeginCall(body.address, oneway, &sent.asyncNumber)) {
-        return STATUS_DEAD_OBJECT;
+    std::optional<AddressTable::CountedCall> counted;
+    if (body.address != 0) {
+        counted = mTable.BeginCall(body.address, oneway);
+        if (!counted) return STATUS_DEAD_OBJECT;
+        sent.asyncNumber = counted->asyncNumber;
     }
     wire::CommandHeader command{};
     command.command = wire::kTransact;
@@ -64,7 +84,7 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
     if (oneway) return STATUS_OK;
     const binder_status_t status = AwaitReply(connection, reply);
-    if (status != STATUS_OK) mTable.NoteFailure(body.address);
+    if (status != STATUS_OK && counted) mTable.NoteFailure(body.address, *counted);
     return status;
 }
 
@@ -115,31 +135,47 @@ bool RpcSession::ReceiveParcel(Connection& connection, size_t announced, size_t 
 
 /* What every message takes along. */
 
-bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
-    constexpr size_t kMostOwed = 16;
-    std::array<wire::DecStrongBody, kMostOwed> owed{};
-    std::array<iovec, 2 * kMostOwed + 4> all{};
+/** Acknowledgements that go out in one message. */
+struct RpcSession::OwedBatch {
+    static constexpr size_t kMost = 16;
+
+    std::array<wire::DecStrongBody, kMost> bodies{};
     size_t count = 0;
-    {
-        const std::lock_guard lock(mMutex);
-        while (count < kMostOwed && !mOwed.empty()) {
-            owed[count++] = mOwed.front();
-            mOwed.pop_front();
-        }
+};
+
+bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
+    OwedBatch owed;
+    while (TakeOwed(&owed)) {
+        if (!SendBehind(connection, owed, {})) return false;
     }
+    return SendBehind(connection, owed, parts);
+}
+
+bool RpcSession::TakeOwed(OwedBatch* owed) {
+    const std::lock_guard lock(mMutex);
+    owed->count = std::min(mOwed.size(), owed->bodies.size());
+    const auto end = mOwed.begin() + static_cast<ptrdiff_t>(owed->count);
+    std::copy(mOwed.begin(), end, owed->bodies.begin());
+    mOwed.erase(mOwed.begin(), end);
+    return !mOwed.empty();
+}
+
+bool RpcSession::SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts) {
+    std::array<iovec, 2 * OwedBatch::kMost + 4> all{};
     wire::CommandHeader command{};
     command.command = wire::kDecStrong;
     command.bodyBytes = sizeof(wire::DecStrongBody);
-    for (size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < owed.count; ++i) {
         all[2 * i] = {&command, sizeof(command)};
-        all[2 * i + 1] = {&owed[i], sizeof(owed[i])};
+        all[2 * i + 1] = {&owed.bodies[i], sizeof(owed.bodies[i])};
     }
-    std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(2 * count));
+    const size_t before = 2 * owed.count;
+    std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(before));
     Connection::Acknowledgements received;
-    if (!connection.Send(std::span(all).first(2 * count + parts.size()), &received)) return Lose();
+    if (!connection.Send(std::span(all).first(before + parts.size()), &received)) return Lose();
     // Not before the whole message is out: what ends here may send, too.
     for (const wire::DecStrongBody& body : received)
-        mTable.TakeBack(body.address, body.amount);
+        mTable.TakeAcknowledgement(body.address, body.amount);
     return true;
 }
 
@@ -182,7 +218,7 @@ binder_status_t RpcSession::Lend(AIBinder* object, uint64_t* address) {
 }
 
 void RpcSession::TakeBack(uint64_t address) {
-    mTable.TakeBack(address, 1);
+    mTable.TakeBack(address);
 }
 
 binder_status_t RpcSession::Resolve(uint64_t address, int32_t stability, AIBinder** object) {

@@ -37,8 +37,9 @@ class ABINDER_API RpcSession final : public Session,
     struct Settings {
         AddressTable::Side side = AddressTable::Side::kClient;
         uint32_t version = wire::kNewestVersion;
-        /** How many threads this end tells it has for calls of the other end. */
-        uint32_t threads = 1;
+        /** How many threads this end has for calls of the other end; those it opens connections
+         * for are told instead. */
+        uint32_t threads = 0;
         wire::SessionId id{};
         /** Whether what a call brought is acknowledged together with its reply, in one message,
          * also if it failed; or at once, on a free connection, but not until a call succeeds. */
@@ -48,6 +49,8 @@ class ABINDER_API RpcSession final : public Session,
         /** Called once when the session has ended, with no lock held. */
         std::function<void()> onEnd;
     };
+
+    using OpenUntil = std::function<Channels::Shared(Deadline)>;
 
     explicit RpcSession(Settings settings);
     ~RpcSession() override;
@@ -68,11 +71,16 @@ class ABINDER_API RpcSession final : public Session,
     std::unique_ptr<AParcel> NewReply() { return std::make_unique<AParcel>(Self()); }
     /** Asks the other end something of the session itself. */
     binder_status_t Ask(wire::SpecialCall call, AParcel* reply);
-    /** How this end lets the other end call it; before OpenIncoming. */
-    void SetIncoming(Channels::Open open) { mOpenIncoming = std::move(open); }
+    /** Whether the other end answers on this connection, just opened; it may have too many, and the
+     * session lives on without it. */
+    bool IsTaken(Connection& connection);
+    /** What the other end calls the session, and how this end lets itself be called; before
+     * OpenIncoming, by the thread that asked. */
+    void SetIncoming(const wire::SessionId& id, OpenUntil open);
     /** Opens connections on which the other end may call at any time, each with a thread, until
-     * there are that many; waits for another thread that does. False if that failed. */
-    bool OpenIncoming(size_t count);
+     * there are that many; waits for another thread that does. False if that failed, or took
+     * longer than until `deadline`. */
+    bool OpenIncoming(size_t count, Deadline deadline = Deadline::max());
     /** Serves what arrives on a connection, on this thread, until that or the session ends. */
     void Serve(const std::shared_ptr<Connection>& connection);
 
@@ -112,8 +120,13 @@ class ABINDER_API RpcSession final : public Session,
     bool ReceiveParcel(Connection& connection, size_t announced, size_t bytes, AParcel* parcel,
                        bool* hasDescriptors);
 
-    /** Sends a command, behind what is owed. */
+    struct OwedBatch;
+
+    /** Sends a command, behind all that is owed; if that is not much, in one message. */
     bool Send(Connection& connection, std::span<const iovec> parts);
+    /** Takes the first of what is owed; true if there is more. */
+    bool TakeOwed(OwedBatch* owed);
+    bool SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts);
     /** Notes that the other end is to be told that this arrived so often. */
     void Owe(uint64_t address, uint32_t amount);
     /** Sends what is owed on a free connection or else on `fallback`, which this thread serves;
@@ -134,7 +147,11 @@ class ABINDER_API RpcSession final : public Session,
     std::atomic<bool> mAlive{true};
     AddressTable mTable;
     Channels mOutgoing;
-    Channels::Open mOpenIncoming;  // const after SetIncoming
+    // Const after SetIncoming.
+    wire::SessionId mId;
+    OpenUntil mOpenIncoming;
+    /** How many threads this end says it has for calls of the other end. */
+    std::atomic<uint32_t> mThreads;
     std::mutex mOpeningMutex;
     size_t mIncomingOpened = 0;  // mOpeningMutex
     ThreadSet mServing;

@@ -5,6 +5,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -13,6 +14,16 @@
 namespace zarvo::host {
 
 namespace {
+
+/** What is left, as a socket's options take it: at least a moment; zero is for ever. */
+timeval TimeUntil(Deadline deadline) {
+    using std::chrono::microseconds;
+    if (deadline == Deadline::max()) return {};
+    const auto now = std::chrono::steady_clock::now();
+    const auto left = std::chrono::ceil<microseconds>(std::max(deadline, now) - now);
+    const auto count = std::max<microseconds::rep>(left.count(), 1);
+    return {.tv_sec = count / 1'000'000, .tv_usec = count % 1'000'000};
+}
 
 /** Takes `sent` bytes off the front. */
 std::span<iovec> Skip(std::span<iovec> parts, size_t sent) {
@@ -39,7 +50,7 @@ std::pair<Socket, Socket> Socket::Pair() {
     return {Socket(fds[0]), Socket(fds[1])};
 }
 
-Socket Socket::Connect(const std::string& path) {
+Socket Socket::Connect(const std::string& path, Deadline deadline) {
     const auto address = SocketAddress::Of(path);
     if (!address) {
         errno = ENAMETOOLONG;
@@ -49,9 +60,14 @@ Socket Socket::Connect(const std::string& path) {
     if (!socket.IsOpen()) return {};
     int result = 0;
     do {
+        // What connect keeps to; to send, nobody waits inside the system.
+        const timeval time = TimeUntil(deadline);
+        setsockopt(socket.Fd(), SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time));
         result = connect(socket.Fd(), address->Get(), address->Size());
     } while (result != 0 && errno == EINTR);
-    return result == 0 ? std::move(socket) : Socket();
+    if (result == 0) return socket;
+    if (errno == EAGAIN) errno = ETIMEDOUT;
+    return {};
 }
 
 PeerProcess Socket::Peer() const {
@@ -110,8 +126,8 @@ bool Socket::ReceiveAll(void* to, size_t length) const {
     return true;
 }
 
-void Socket::LimitReceiveTime(std::chrono::seconds limit) const {
-    const timeval time{.tv_sec = static_cast<time_t>(limit.count()), .tv_usec = 0};
+void Socket::LimitReceiveTime(Deadline deadline) const {
+    const timeval time = TimeUntil(deadline);
     setsockopt(mFd, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
 }
 

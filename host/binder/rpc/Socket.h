@@ -12,6 +12,9 @@
 
 namespace zarvo::host {
 
+/** When to stop waiting; Deadline::max() for never. */
+using Deadline = std::chrono::steady_clock::time_point;
+
 /** The process at the other end, as the system knows it. */
 struct PeerProcess {
     pid_t pid = 0;
@@ -35,8 +38,9 @@ class ABINDER_API Socket {
 
     /** Two sockets that are connected with each other; not open if the system has none to give. */
     static std::pair<Socket, Socket> Pair();
-    /** A connection to who listens at `path`; not open, and errno says why, if nobody does. */
-    static Socket Connect(const std::string& path);
+    /** A connection to who listens at `path`; not open, and errno says why, if nobody does, or too
+     * many wait there until `deadline`. */
+    static Socket Connect(const std::string& path, Deadline deadline = Deadline::max());
 
     bool IsOpen() const { return mFd >= 0; }
     int Fd() const { return mFd; }
@@ -54,7 +58,8 @@ class ABINDER_API Socket {
     size_t Receive(void* to, size_t length) const;
     /** Receives exactly `length` bytes; false if the connection is gone. */
     bool ReceiveAll(void* to, size_t length) const;
-    void LimitReceiveTime(std::chrono::seconds limit) const;
+    /** From here on a Receive fails that gets nothing for as long as it is to `deadline` now. */
+    void LimitReceiveTime(Deadline deadline) const;
     /** Ends the connection for both ends, and wakes who waits on it. */
     void Shutdown() const;
 

@@ -7,49 +7,57 @@ namespace zarvo::host {
 
 ThreadSet::~ThreadSet() {
     const std::lock_guard lock(mState->mutex);
-    ReapLocked();
-    for (const auto& member : mState->members)
-        member->thread.detach();
+    for (auto& [id, thread] : mState->running)
+        thread.detach();
+    mState->running.clear();
+    if (mState->ended.joinable()) mState->ended.detach();
 }
 
 bool ThreadSet::Spawn(std::function<void()> work) {
+    // Held until the thread is listed, so that it finds itself when it ends.
     const std::lock_guard lock(mState->mutex);
-    ReapLocked();
-    const auto member = std::make_shared<Member>();
     try {
-        member->thread = std::thread([state = mState, member, work = std::move(work)]() mutable {
+        std::thread thread([state = mState, work = std::move(work)]() mutable {
             work();
             work = nullptr;
-            const std::lock_guard endLock(state->mutex);
-            member->ended = true;
+            state->End();
         });
+        const auto id = thread.get_id();
+        mState->running.emplace(id, std::move(thread));
     } catch (const std::system_error&) {
         return false;
     }
-    mState->members.push_back(member);
     return true;
 }
 
-void ThreadSet::JoinAll() {
-    std::list<std::shared_ptr<Member>> members;
+void ThreadSet::State::End() {
+    std::thread before;
     {
-        const std::lock_guard lock(mState->mutex);
-        members.swap(mState->members);
+        const std::lock_guard lock(mutex);
+        const auto self = running.find(std::this_thread::get_id());
+        // Somebody has taken it over, to join it or let it go.
+        if (self == running.end()) return;
+        before = std::exchange(ended, std::move(self->second));
+        running.erase(self);
     }
-    for (const auto& member : members) {
-        if (member->thread.get_id() == std::this_thread::get_id())
-            member->thread.detach();
-        else
-            member->thread.join();
-    }
+    if (before.joinable()) before.join();
 }
 
-void ThreadSet::ReapLocked() {
-    // What has ended needs this lock no more, so joining it is over at once.
-    mState->members.remove_if([](const auto& member) {
-        if (member->ended) member->thread.join();
-        return member->ended;
-    });
+void ThreadSet::JoinAll() {
+    std::map<std::thread::id, std::thread> threads;
+    std::thread ended;
+    {
+        const std::lock_guard lock(mState->mutex);
+        threads.swap(mState->running);
+        ended.swap(mState->ended);
+    }
+    if (ended.joinable()) ended.join();
+    for (auto& [id, thread] : threads) {
+        if (id == std::this_thread::get_id())
+            thread.detach();
+        else
+            thread.join();
+    }
 }
 
 }  // namespace zarvo::host

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
-#include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -10,8 +9,9 @@
 namespace zarvo::host {
 
 /**
- * Threads that end by themselves at some time. Thread-safe. The threads do not need this object:
- * what ends while they run lets them go.
+ * Threads that end by themselves at some time. Each waits for the one that ended before it, so that
+ * of all that have ended one at most keeps its stack. Thread-safe. The threads do not need this
+ * object: what ends while they run lets them go.
  */
 class ThreadSet {
   public:
@@ -27,16 +27,14 @@ class ThreadSet {
     void JoinAll();
 
   private:
-    struct Member {
-        std::thread thread;
-        bool ended = false;  // mutex
-    };
     struct State {
-        std::mutex mutex;
-        std::list<std::shared_ptr<Member>> members;  // mutex
-    };
+        /** Called by a thread that is about to end, if it still belongs here. */
+        void End();
 
-    void ReapLocked();
+        std::mutex mutex;
+        std::map<std::thread::id, std::thread> running;  // mutex
+        std::thread ended;                               // mutex
+    };
 
     const std::shared_ptr<State> mState = std::make_shared<State>();
 };

@@ -58,7 +58,7 @@ void AcceptAll(int socket, const std::shared_ptr<RpcServer>& server) {
 }  // namespace
 
 binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::string& instance,
-                                  std::shared_ptr<RpcServer> server,
+                                  std::shared_ptr<RpcServer> server, const Listener* replaced,
                                   std::unique_ptr<Listener>* listener) {
     const std::string path = directory.SocketPath(instance);
     const std::string temporary = directory.TemporaryPath(instance);
@@ -69,7 +69,7 @@ binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::
         return EX_ILLEGAL_STATE;
     }
     const FileDescriptor lock = directory.Lock();
-    if (IsServed(*address)) {
+    if ((replaced == nullptr || !replaced->IsAt(path)) && IsServed(*address)) {
         BINDER_LOGE("another process serves %s", instance.c_str());
         return EX_ILLEGAL_STATE;
     }
@@ -111,12 +111,12 @@ bool Listener::Start() {
 }
 
 void Listener::RemoveFile() {
-    if (IsOwnFile()) unlink(mPath.c_str());
+    if (IsAt(mPath)) unlink(mPath.c_str());
 }
 
-bool Listener::IsOwnFile() const {
+bool Listener::IsAt(const std::string& path) const {
     struct stat file {};
-    return lstat(mPath.c_str(), &file) == 0 && file.st_ino == mFile;
+    return path == mPath && lstat(mPath.c_str(), &file) == 0 && file.st_ino == mFile;
 }
 
 }  // namespace zarvo::host

@@ -19,9 +19,10 @@ namespace zarvo::host {
  */
 class Listener {
   public:
-    /** EX_NONE, or EX_ILLEGAL_STATE if another process serves the name or the system refuses. */
+    /** EX_NONE, or EX_ILLEGAL_STATE if anybody but `replaced`, which may be null, serves the name,
+     * or the system refuses. The name goes over without a gap. */
     static binder_exception_t Open(const RuntimeDirectory& directory, const std::string& instance,
-                                   std::shared_ptr<RpcServer> server,
+                                   std::shared_ptr<RpcServer> server, const Listener* replaced,
                                    std::unique_ptr<Listener>* listener);
     /** Takes the file away, ends all sessions and waits for the accepting thread. */
     ~Listener();
@@ -36,7 +37,7 @@ class Listener {
   private:
     Listener(FileDescriptor socket, std::string path, std::shared_ptr<RpcServer> server);
 
-    bool IsOwnFile() const;
+    bool IsAt(const std::string& path) const;
 
     const FileDescriptor mSocket;
     const std::string mPath;

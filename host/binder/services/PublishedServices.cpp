@@ -23,23 +23,19 @@ binder_exception_t PublishedServices::Publish(const std::string& instance, Ref<A
     }
     const RpcServer::Settings settings{.threads = ThreadPool::Instance().Threads()};
     auto server = std::make_shared<RpcServer>(settings, object);
-    // Its threads may look for services: they end with no lock held.
-    Services::node_type replaced = Take(instance);
-    replaced = {};
+    // In the end what it replaces, whose threads may look for services: it ends with no lock held.
     Service service{std::move(object), nullptr};
     const std::lock_guard lock(mMutex);
+    const auto known = mServices.find(instance);
+    const Listener* const replaced =
+            known == mServices.end() ? nullptr : known->second.listener.get();
     // Under the lock, for whoever is told of the name must find the object itself.
-    const auto result = Listener::Open(*directory, instance, std::move(server), &service.listener);
+    const auto result =
+            Listener::Open(*directory, instance, std::move(server), replaced, &service.listener);
     if (result != EX_NONE) return result;
     if (ThreadPool::Instance().IsStarted()) service.listener->Start();
-    // Not empty if somebody took the file of another thread's away.
     std::swap(service, mServices[instance]);
     return EX_NONE;
-}
-
-PublishedServices::Services::node_type PublishedServices::Take(const std::string& instance) {
-    const std::lock_guard lock(mMutex);
-    return mServices.extract(instance);
 }
 
 Ref<AIBinder> PublishedServices::Find(const std::string& instance) const {
@@ -56,13 +52,19 @@ void PublishedServices::Start() {
 }
 
 void PublishedServices::WithdrawAll() {
-    Services withdrawn;
+    std::map<std::string, Service> withdrawn;
     const std::lock_guard lock(mMutex);
+    // Whoever loses one service finds no other that is about to end.
+    RemoveFilesLocked();
     withdrawn.swap(mServices);
 }
 
 void PublishedServices::RemoveFiles() {
     const std::lock_guard lock(mMutex);
+    RemoveFilesLocked();
+}
+
+void PublishedServices::RemoveFilesLocked() {
     for (const auto& [instance, service] : mServices) {
         if (service.listener != nullptr) service.listener->RemoveFile();
     }

@@ -25,8 +25,8 @@ class [[gnu::visibility("default")]] PublishedServices {
     Ref<AIBinder> Find(const std::string& instance) const;
     /** Lets others in, now and for what is published later. */
     void Start();
-    /** Takes all names back, ends all sessions, waits for their threads and for every death notice.
-     * Not from a call. */
+    /** Takes all names back, then ends all sessions, and waits for their threads and for every
+     * death notice. Not from a call. */
     void WithdrawAll();
 
   private:
@@ -34,15 +34,14 @@ class [[gnu::visibility("default")]] PublishedServices {
         Ref<AIBinder> object;
         std::unique_ptr<Listener> listener;
     };
-    using Services = std::map<std::string, Service>;
 
     PublishedServices() = default;
 
-    Services::node_type Take(const std::string& instance);
     void RemoveFiles();
+    void RemoveFilesLocked();
 
     mutable std::mutex mMutex;
-    Services mServices;  // mMutex
+    std::map<std::string, Service> mServices;  // mMutex
 };
 
 }  // namespace zarvo::host

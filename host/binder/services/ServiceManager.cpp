@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,14 +16,16 @@ namespace zarvo::host {
 
 namespace {
 
-using Time = std::chrono::steady_clock::time_point;
-using Deadline = std::optional<Time>;
+using Clock = std::chrono::steady_clock;
 
+/** For a service that is not there to appear. */
 constexpr std::chrono::seconds kGetServiceTime{5};
+/** For one that is there to answer. */
+constexpr std::chrono::seconds kAnswerTime{5};
 /** A service whose file is there may still refuse, for want of a connection or a descriptor. */
 constexpr std::chrono::seconds kLookAgainTime{1};
-/** One after the other, each with a space behind it. */
-constexpr std::string_view kDeclared = AON_DECLARED_SERVICES " ";
+/** One after the other, each between two spaces. */
+constexpr std::string_view kDeclared = " " AON_DECLARED_SERVICES " ";
 
 bool IsName(const char* instance) {
     constexpr size_t kLongest = 127;
@@ -37,7 +38,7 @@ bool IsName(const char* instance) {
 }
 
 bool IsDeclared(const std::string& instance) {
-    return kDeclared.find(instance + ' ') != std::string_view::npos;
+    return kDeclared.find(' ' + instance + ' ') != std::string_view::npos;
 }
 
 binder_exception_t Add(AIBinder* binder, const std::string& instance) {
@@ -50,15 +51,16 @@ binder_exception_t Add(AIBinder* binder, const std::string& instance) {
     return PublishedServices::Instance().Publish(instance, Ref<AIBinder>::Share(binder));
 }
 
-Ref<AIBinder> FindIn(const RuntimeDirectory& directory, const std::string& instance) {
+Ref<AIBinder> FindIn(const RuntimeDirectory& directory, const std::string& instance,
+                     Deadline deadline) {
     if (auto own = PublishedServices::Instance().Find(instance)) return own;
-    return FoundServices::Instance().Find(instance, directory.SocketPath(instance));
+    return FoundServices::Instance().Find(instance, directory.SocketPath(instance), deadline);
 }
 
 Ref<AIBinder> Find(const std::string& instance) {
     RuntimeDirectory::Fault fault{};
     const auto directory = RuntimeDirectory::Open(&fault);
-    return directory ? FindIn(*directory, instance) : Ref<AIBinder>();
+    return directory ? FindIn(*directory, instance, Clock::now() + kAnswerTime) : Ref<AIBinder>();
 }
 
 Ref<AIBinder> Await(const std::string& instance, Deadline deadline) {
@@ -68,10 +70,10 @@ Ref<AIBinder> Await(const std::string& instance, Deadline deadline) {
     // Watching first: what appears between a look and the wait for the next is told.
     DirectoryWatch watch(directory->Path());
     while (true) {
-        auto found = FindIn(*directory, instance);
-        const auto now = std::chrono::steady_clock::now();
-        if (found || (deadline && now >= *deadline)) return found;
-        watch.Wait(std::min(now + kLookAgainTime, deadline.value_or(Time::max())));
+        auto found = FindIn(*directory, instance, std::min(Clock::now() + kAnswerTime, deadline));
+        const auto now = Clock::now();
+        if (found || now >= deadline) return found;
+        watch.Wait(std::min(now + kLookAgainTime, deadline));
     }
 }
 
@@ -92,11 +94,11 @@ AIBinder* AServiceManager_checkService(const char* instance) {
 
 AIBinder* AServiceManager_getService(const char* instance) {
     if (!IsName(instance)) return nullptr;
-    return Await(instance, std::chrono::steady_clock::now() + kGetServiceTime).Release();
+    return Await(instance, Clock::now() + kGetServiceTime).Release();
 }
 
 AIBinder* AServiceManager_waitForService(const char* instance) {
-    return IsName(instance) ? Await(instance, std::nullopt).Release() : nullptr;
+    return IsName(instance) ? Await(instance, Deadline::max()).Release() : nullptr;
 }
 
 bool AServiceManager_isDeclared(const char* instance) {

@@ -101,8 +101,10 @@ ABINDER_API binder_status_t AIBinder_dump(AIBinder* binder, int fd, const char**
  * keeps all three alive until the link is gone; who lets go of the last reference to `binder`
  * before it dies gets no notice.
  *
- * STATUS_INVALID_OPERATION for a local object, STATUS_DEAD_OBJECT for one already gone,
- * STATUS_UNEXPECTED_NULL for null. A link that fails is unlinked at once (see setOnUnlinked).
+ * STATUS_INVALID_OPERATION for a local object and where nobody would notice: the connection takes
+ * no calls from the other end, so that no thread listens to it. STATUS_NO_MEMORY if there is no
+ * thread to give the notice, STATUS_DEAD_OBJECT for an object already gone, STATUS_UNEXPECTED_NULL
+ * for null. A link that fails is unlinked at once (see setOnUnlinked).
  */
 ABINDER_API binder_status_t AIBinder_linkToDeath(AIBinder* binder,
                                                  AIBinder_DeathRecipient* recipient, void* cookie);
@@ -119,7 +121,7 @@ ABINDER_API binder_status_t AIBinder_unlinkToDeath(AIBinder* binder,
 ABINDER_API uid_t AIBinder_getCallingUid(void);
 /** Whose call this thread is serving; this process itself when it serves none. */
 ABINDER_API pid_t AIBinder_getCallingPid(void);
-/** Whether this thread is serving a call through the kernel's driver: never, here. */
+/** Whether this thread is serving a call of a connection's other end. */
 ABINDER_API bool AIBinder_isHandlingTransaction(void);
 
 /** Takes one more strong reference; null is fine. */
@@ -158,7 +160,9 @@ ABINDER_API binder_status_t AIBinder_prepareTransaction(AIBinder* binder, AParce
  * STATUS_UNEXPECTED_NULL for null, STATUS_UNKNOWN_TRANSACTION for a code that is no method's,
  * STATUS_BAD_VALUE for unknown flags or a parcel made for another object, STATUS_BAD_TYPE if the
  * object's stability does not allow it or the callee is of another interface, STATUS_DEAD_OBJECT
- * if it is gone. Other failures are the callee's, none of them an exception of the method.
+ * if it is gone. STATUS_FAILED_TRANSACTION for a request or reply that is too long to send and for
+ * too many calls inside each other, STATUS_WOULD_BLOCK if the other end takes no calls from this
+ * thread. Other failures are the callee's, none of them an exception of the method.
  */
 ABINDER_API binder_status_t AIBinder_transact(AIBinder* binder, transaction_code_t code,
                                               AParcel** in, AParcel** out, binder_flags_t flags);

@@ -27,11 +27,12 @@ __attribute__((warn_unused_result)) ABINDER_API binder_exception_t
 AServiceManager_addService(AIBinder* binder, const char* instance);
 
 /** The service, a reference for the caller, or null if nobody serves it. In the process that
- * published it, the object itself. */
+ * published it, the object itself. Waits up to five seconds for a service that is there to answer:
+ * if it does not, null, and errno is ETIMEDOUT. */
 __attribute__((warn_unused_result)) ABINDER_API AIBinder* AServiceManager_checkService(
         const char* instance);
 
-/** The same; waits up to five seconds for it to appear. */
+/** The same; waits up to five seconds for it to appear and answer. */
 __attribute__((warn_unused_result)) ABINDER_API AIBinder* AServiceManager_getService(
         const char* instance);
 

@@ -23,6 +23,10 @@ typedef struct AIBinder AIBinder;
  * an error and never more than that. A write at a position before the end overwrites. A parcel
  * holds references to the binder objects in it until it ends, is reset, or they are overwritten
  * with everything else.
+ *
+ * A parcel may be read several times over, but not without end: once it has given out more than
+ * four times its bytes and 4096, every read gives STATUS_NO_MEMORY until the position is set to 0.
+ * So records that overlap do not grow beyond all measure in the memory of who reads them.
  */
 struct AParcel;
 typedef struct AParcel AParcel;
@@ -32,7 +36,8 @@ ABINDER_API AParcel* AParcel_create(void);
 /** Ends a parcel; null is fine. */
 ABINDER_API void AParcel_delete(AParcel* parcel);
 
-/** Moves the position, also beyond the end; STATUS_BAD_VALUE if negative. */
+/** Moves the position, also beyond the end; 0 begins a new reading. STATUS_BAD_VALUE if negative.
+ */
 ABINDER_API binder_status_t AParcel_setDataPosition(const AParcel* parcel, int32_t position);
 /** The position, in bytes from the start. */
 ABINDER_API int32_t AParcel_getDataPosition(const AParcel* parcel);
@@ -44,14 +49,16 @@ ABINDER_API binder_status_t AParcel_reset(AParcel* parcel);
 /**
  * Writes `size` bytes of `from`, from `start` on, at the position of `to`, and gives `to` the
  * binder objects among them. STATUS_BAD_VALUE if `from` has not that many bytes or a bound is not
- * a multiple of 4, STATUS_INVALID_OPERATION if the objects are of another connection.
+ * a multiple of 4. STATUS_INVALID_OPERATION if the objects are of another connection, and for what
+ * arrived and may be an object that was not read yet: read it first.
  */
 ABINDER_API binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t start,
                                                int32_t size);
 
 /**
  * Copies `len` bytes from `start` on into `buffer`. STATUS_INVALID_OPERATION if the parcel holds
- * binder objects, which bytes alone do not carry; STATUS_BAD_VALUE if it has not that many bytes.
+ * binder objects, which bytes alone do not carry, or what arrived and may be one that was not read
+ * yet; STATUS_BAD_VALUE if it has not that many bytes.
  */
 ABINDER_API binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start,
                                             size_t len);
@@ -142,7 +149,7 @@ ABINDER_API binder_status_t AParcel_readParcelableArray(
         const AParcel* parcel, void* arrayData, AParcel_parcelableArrayAllocator allocator,
         AParcel_readParcelableElement elementReader);
 
-/* Single values. A write fails only for want of memory; a read only at the end of the bytes. */
+/* Single values. A write fails only for want of memory; a read only as every read of a parcel. */
 
 ABINDER_API binder_status_t AParcel_writeInt32(AParcel* parcel, int32_t value);
 ABINDER_API binder_status_t AParcel_writeUint32(AParcel* parcel, uint32_t value);
@@ -200,7 +207,8 @@ ABINDER_API binder_status_t AParcel_writeBoolArray(AParcel* parcel, const void* 
 /*
  * Asked for room for `length` elements, -1 for a null array; puts it in `*outBuffer`, which may be
  * null for no elements. false refuses: STATUS_UNEXPECTED_NULL for null, STATUS_NO_MEMORY
- * otherwise. It is asked for no more than the parcel has bytes for.
+ * otherwise. It is asked for no more than the parcel has bytes for; of booleans and chars, which
+ * take 4 bytes each, for no more than there are bytes.
  */
 
 typedef bool (*AParcel_int32ArrayAllocator)(void* arrayData, int32_t length, int32_t** outBuffer);
@@ -214,8 +222,9 @@ typedef bool (*AParcel_charArrayAllocator)(void* arrayData, int32_t length, char
 typedef bool (*AParcel_byteArrayAllocator)(void* arrayData, int32_t length, int8_t** outBuffer);
 
 /*
- * Reading an array: STATUS_BAD_VALUE for a length below -1, STATUS_NO_MEMORY for one that the
- * bytes left do not hold; either way `allocator` is not asked.
+ * Reading an array: STATUS_BAD_VALUE for a length below -1, STATUS_NO_MEMORY for more elements
+ * than `allocator` may be asked for; either way it is not asked. Booleans and chars that end before
+ * their number give STATUS_NOT_ENOUGH_DATA, after it was asked.
  */
 
 ABINDER_API binder_status_t AParcel_readInt32Array(const AParcel* parcel, void* arrayData,

@@ -4,7 +4,7 @@
  * They keep the rules of the C API: a parcel belongs to one thread; every function returns a
  * status; after a failed read the value is valid but unspecified. No reader but
  * AParcel_resizeVector, which has a limit of its own, allocates more than a small multiple of the
- * bytes that the parcel holds.
+ * bytes that the parcel gives out, which in turn are at most a few times those it holds.
  *
  * Null is a value of optional, unique_ptr, SpAIBinder and shared_ptr to an interface. The Nullable
  * functions pass it on; the others refuse it with STATUS_UNEXPECTED_NULL, except that a null
@@ -126,9 +126,11 @@ binder_status_t AParcel_writeVector(AParcel* parcel, const std::optional<std::ve
 }
 
 /**
- * Replaces the content. STATUS_BAD_VALUE for an impossible length, STATUS_NO_MEMORY for one that
- * the bytes left do not hold. A null array is STATUS_UNEXPECTED_NULL if the elements are numbers,
- * booleans or strings, STATUS_NO_MEMORY if they are anything else.
+ * Replaces the content. STATUS_BAD_VALUE for an impossible length, STATUS_NO_MEMORY for numbers
+ * that the bytes left do not hold and for more elements of any kind than bytes are left;
+ * STATUS_NOT_ENOUGH_DATA if other elements end before their number. A null array is
+ * STATUS_UNEXPECTED_NULL if the elements are numbers, booleans or strings, STATUS_NO_MEMORY if they
+ * are anything else.
  */
 template <typename T>
 binder_status_t AParcel_readVector(const AParcel* parcel, std::vector<T>* vec) {

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
+#include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace conformance {
+
+namespace aon = aidl::vendor::zarvo::hardware::camera::aon;
+
+/** How long something may take that a correct service does soon. */
+inline constexpr std::chrono::seconds kPatience{20};
+
+/**
+ * A client's callback: remembers the states and the last events that it was told, and does
+ * something when told a state. Owned by a Client. Any thread may use it.
+ */
+class Receiver : public aon::BnAONServiceCallBack {
+  public:
+    /** A sensor and its state. */
+    using State = std::pair<int32_t, int32_t>;
+    using States = std::vector<State>;
+    using Event = aon::AONCallBackInfo;
+
+    ndk::ScopedAStatus onAONEvent(int64_t handle, const Event& info) override;
+    ndk::ScopedAStatus onSensorStateChanged(int64_t handle,
+                                            const aon::AONSensorStateInfo& info) override;
+
+    /** What to do in every state from now on. Null: nothing. */
+    void SetInState(std::function<void()> hook);
+
+    /** Waits until there was an event that fits, and gives the events since the last Take, at most
+     * the last kKept; none if there was no such event in time. */
+    std::vector<Event> AwaitEvent(const std::function<bool(const Event&)>& fits);
+    /** The same for any event. */
+    std::vector<Event> AwaitEvent();
+    /** All states since the last Take, which are then forgotten. */
+    States TakeStates();
+    /** How many events there were, ever. */
+    size_t EventCount();
+    /** The handles that calls came with, without repetition. */
+    std::vector<int64_t> Handles();
+
+    static constexpr size_t kKept = 16;
+
+  private:
+    void NoteHandleLocked(int64_t handle);
+
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    std::function<void()> mInState;  // mMutex, as all below
+    std::vector<Event> mEvents;
+    States mStates;
+    std::vector<int64_t> mHandles;
+    size_t mEventCount = 0;
+};
+
+}  // namespace conformance

@@ -1,0 +1,134 @@
+#include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
+#include <android/binder_manager.h>
+#include <android/binder_process.h>
+
+#include <atomic>
+#include <csignal>
+#include <future>
+
+#include "tests/clients/RecordingCallback.h"
+#include "tests/programs/ServiceProcess.h"
+
+namespace zarvo::test {
+namespace {
+
+using aidl::vendor::zarvo::hardware::camera::aon::AONSensorInfo;
+using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
+using aidl::vendor::zarvo::hardware::camera::aon::SensorConfigInfo;
+
+constexpr int32_t kFusion = IAONService::SERVICE_TYPE_FUSION;
+
+/** This process is a client of a service that is killed. */
+class DyingService : public ServiceProcess {
+  protected:
+    DyingService() { ABinderProcess_startThreadPool(); }
+
+    static std::shared_ptr<IAONService> Await() {
+        return IAONService::fromBinder(ndk::SpAIBinder(AServiceManager_waitForService(kService)));
+    }
+    /** Registers and subscribes; all must go well. */
+    void Prepare(IAONService& service) {
+        int64_t handle = 0;
+        const SensorConfigInfo config{0, 640, 480,     30,
+                                      0, 0,   kFusion, IAONService::DELIVERY_MODE_TIME_BASED};
+        ASSERT_TRUE(service.registerClient(callback, kFusion, &handle).isOk());
+        ASSERT_EQ(handle, 1);
+        ASSERT_TRUE(service.subscribeSensor(handle, config).isOk());
+    }
+    /** Whether the client is served, up to an event. */
+    void ExpectServes(IAONService& service) {
+        callback->TakeEvents();
+        ASSERT_NO_FATAL_FAILURE(Prepare(service));
+        EXPECT_TRUE(service.startService(1, kFusion).isOk());
+        EXPECT_TRUE(callback->WaitForEvents(1));
+    }
+
+    const std::shared_ptr<RecordingCallback> callback =
+            ndk::SharedRefBase::make<RecordingCallback>();
+};
+
+/** A watch for a death, with what it was told. */
+struct Watch {
+    explicit Watch(IAONService& service) {
+        AIBinder_DeathRecipient_setOnUnlinked(recipient.get(), [](void* self) {
+            static_cast<Watch*>(self)->unlinked.set_value();
+        });
+        EXPECT_EQ(AIBinder_linkToDeath(service.asBinder().get(), recipient.get(), this), STATUS_OK);
+    }
+
+    std::atomic<int> deaths{0};
+    std::promise<void> unlinked;
+    const ndk::ScopedAIBinder_DeathRecipient recipient{
+            AIBinder_DeathRecipient_new([](void* self) { ++static_cast<Watch*>(self)->deaths; })};
+};
+
+TEST_F(DyingService, IsNoticedBetweenEventsAndReplaced) {
+    auto process = Start();
+    const auto service = Await();
+    Watch watch(*service);
+    ASSERT_NO_FATAL_FAILURE(ExpectServes(*service));
+    process->Signal(SIGKILL);
+    EXPECT_EQ(watch.unlinked.get_future().wait_for(kPatience), std::future_status::ready);
+    EXPECT_EQ(watch.deaths, 1);
+    EXPECT_EQ(service->stopService(1, kFusion).getStatus(), STATUS_DEAD_OBJECT);
+    process = Start();
+    ExpectServes(*Await());
+}
+
+TEST_F(DyingService, AnswersCallsThatWaitWithDeadObject) {
+    const auto process = Start();
+    const auto service = Await();
+    ASSERT_NO_FATAL_FAILURE(Prepare(*service));
+    process->Stop();
+    std::vector<std::future<binder_status_t>> calls;
+    for (int i = 0; i < 3; ++i) {
+        calls.push_back(std::async(std::launch::async, [&] {
+            std::vector<AONSensorInfo> sensors;
+            return service->getAonSensorInfoList(&sensors).getStatus();
+        }));
+    }
+    EXPECT_EQ(calls[0].wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    process->Signal(SIGKILL);
+    for (auto& call : calls)
+        EXPECT_EQ(call.get(), STATUS_DEAD_OBJECT);
+}
+
+TEST_F(DyingService, EndsTheCallWhoseCallbackItIsKilledIn) {
+    const auto process = Start();
+    const auto service = Await();
+    callback->SetInState([&] {
+        process->Signal(SIGKILL);
+        process->Wait();
+    });
+    ASSERT_NO_FATAL_FAILURE(Prepare(*service));
+    EXPECT_EQ(service->startService(1, kFusion).getStatus(), STATUS_DEAD_OBJECT);
+    EXPECT_EQ(callback->TakeStates().size(), 1U);
+}
+
+TEST_F(DyingService, IsWaitedForThroughTheDeathOfOneThatDidNotAnswer) {
+    auto process = Start();
+    Await();
+    process->Stop();
+    auto found = std::async(std::launch::async, Await);
+    EXPECT_EQ(found.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    process->Signal(SIGKILL);
+    process->Wait();
+    process = Start();
+    ASSERT_EQ(found.wait_for(kPatience), std::future_status::ready);
+    ExpectServes(*found.get());
+}
+
+TEST_F(DyingService, KeepsItsNameFromASecondOne) {
+    const auto first = Start();
+    const auto service = Await();
+    const auto second = Start();
+    EXPECT_EQ(second->Wait(), EXIT_FAILURE);
+    const std::string refusal = "cannot publish " + std::string(kService) + ": exception -5, " +
+                                "another process may serve it\n";
+    EXPECT_NE(Log().find(refusal), std::string::npos);
+    ExpectServes(*service);
+    EXPECT_EQ(Await()->asBinder(), service->asBinder());
+}
+
+}  // namespace
+}  // namespace zarvo::test
