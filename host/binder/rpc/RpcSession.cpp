@@ -46,7 +46,7 @@ binder_status_t RpcSession::Transact(uint64_t address, transaction_code_t code, 
 }
 
 binder_status_t RpcSession::Ask(wire::SpecialCall call, AParcel* reply) {
-    const AParcel nothing;
+    const AParcel nothing{};
     return Transact(0, call, nothing, reply, 0);
 }
 
