@@ -4,6 +4,10 @@
 #include <cstdio>
 #include <iterator>
 
+#include <aidl/vendor/zarvo/hardware/camera/aon/AONResult.h>
+
+#include "bench/Records.h"
+
 namespace zarvo::bench {
 
 namespace {
@@ -13,6 +17,13 @@ using enum Goal::Kind;
 constexpr double kArrayItems = 5;
 constexpr double kLists = 1;
 constexpr double kClients = 1;
+
+/** Bytes of an event's results, each once, and of their list. */
+constexpr double kEventBytes = k640x480.ImageBytes() +
+                               (k640x480.fusionItems * 20 + 14 + 6) * sizeof(float) + 128 +
+                               14 * sizeof(aidl::vendor::zarvo::hardware::camera::aon::AONResult);
+/** A node of the registry's map, roughly. */
+constexpr double kSnapshotBytes = kClients * 64;
 
 const Goal kGoals[] = {
         {"conversion/640x480/cold", "fresh vector", kAtMost, 1.10, 1.03},
@@ -29,6 +40,18 @@ const Goal kGoals[] = {
          "",
          kNumber,
          kArrayItems + kLists + kClients,
+         {}},
+        {"counts/conversion/main thread/bytes asked for", "", kNumber, kEventBytes, {}},
+        {"counts/whole event/main thread/bytes asked for",
+         "",
+         kNumber,
+         kEventBytes + kSnapshotBytes,
+         {}},
+        {"counts/conversion/callback thread/bytes asked for", "", kNumber, kEventBytes, {}},
+        {"counts/whole event/callback thread/bytes asked for",
+         "",
+         kNumber,
+         kEventBytes + kSnapshotBytes,
          {}},
         {"counts/conversion/main thread/page faults", "", kNumber, 0, {}},
         {"counts/conversion/callback thread/page faults", "", kNumber, 0, {}},
@@ -61,7 +84,7 @@ bool Goal::Reaches(const Figure& figure, double bound) const {
 
 std::string Goal::Text(double value) const {
     char text[32];
-    std::snprintf(text, sizeof(text), kind == kNumber ? "%.3g" : "%.2f", value);
+    std::snprintf(text, sizeof(text), kind == kNumber ? "%.6g" : "%.2f", value);
     return kind == kTimesFaster ? std::string(text) + " times faster" : text;
 }
 

@@ -29,7 +29,7 @@ struct Block {
     size_t size;
 };
 
-/** Of this thread, the latest last. Without destructor: blocks end also after kFreeAtEnd. */
+/** Of this thread, the latest last. Without destructor: blocks end also after FreeAtEnd. */
 struct Kept {
     std::array<Block, kMostBlocks + 1> blocks;
     size_t count;
@@ -40,12 +40,12 @@ struct Kept {
 constinit thread_local Kept tKept{};
 std::atomic<size_t> gKeptByAll{0};
 
-Block TakeAt(size_t index) {
-    auto* const place = tKept.blocks.begin() + index;
+Block TakeAt(Kept& kept, size_t index) {
+    auto* const place = kept.blocks.begin() + index;
     const Block block = *place;
-    std::move(place + 1, tKept.blocks.begin() + tKept.count, place);
-    --tKept.count;
-    tKept.bytes -= block.size;
+    std::move(place + 1, kept.blocks.begin() + kept.count, place);
+    --kept.count;
+    kept.bytes -= block.size;
     gKeptByAll.fetch_sub(block.size, std::memory_order_relaxed);
     return block;
 }
@@ -54,7 +54,7 @@ struct FreeAtEnd {
     ~FreeAtEnd() {
         tKept.isOver = true;
         while (tKept.count > 0)
-            std::free(TakeAt(0).data);
+            std::free(TakeAt(tKept, 0).data);
     }
 };
 
@@ -62,21 +62,21 @@ struct FreeAtEnd {
 size_t Rounded(size_t bytes) {
     constexpr size_t kSmallest = 64;
     const size_t unit = std::max(kSmallest, std::bit_floor(bytes) / 4);
-    return (bytes + unit - 1) / unit * unit;
+    return (bytes + unit - 1) & ~(unit - 1);
 }
 
-bool MayKeep(size_t size) {
-    return !tKept.isOver && kMostBlocks > 0 && size <= RecycledBlock::kMostKept &&
+bool MayKeep(const Kept& kept, size_t size) {
+    return !kept.isOver && kMostBlocks > 0 && size <= RecycledBlock::kMostKept &&
            gKeptByAll.load(std::memory_order_relaxed) + size <= RecycledBlock::kMostKeptByAll;
 }
 
-void Keep(Block block) {
+void Keep(Kept& kept, Block block) {
     static thread_local const FreeAtEnd freeAtEnd;
     static_cast<void>(freeAtEnd);
-    while (tKept.count == kMostBlocks || tKept.bytes + block.size > RecycledBlock::kMostKept)
-        std::free(TakeAt(0).data);
-    tKept.blocks[tKept.count++] = block;
-    tKept.bytes += block.size;
+    while (kept.count == kMostBlocks || kept.bytes + block.size > RecycledBlock::kMostKept)
+        std::free(TakeAt(kept, 0).data);
+    kept.blocks[kept.count++] = block;
+    kept.bytes += block.size;
     gKeptByAll.fetch_add(block.size, std::memory_order_relaxed);
 }
 
@@ -84,11 +84,11 @@ void Keep(Block block) {
 
 RecycledBlock RecycledBlock::Of(size_t bytes) {
     const size_t size = Rounded(bytes);
-    for (size_t i = tKept.count; i-- > 0;) {
-        const Block& kept = tKept.blocks[i];
-        if (kept.size < size || kept.size > 2 * size) continue;
-        const Block block = TakeAt(i);
-        return {block.data, block.size};
+    Kept& kept = tKept;
+    for (size_t i = kept.count; i-- > 0;) {
+        const size_t found = kept.blocks[i].size;
+        if (found < size || found > 2 * size) continue;
+        return {TakeAt(kept, i).data, found};
     }
     void* const data = std::malloc(size);
     return data == nullptr ? RecycledBlock() : RecycledBlock(data, size);
@@ -99,7 +99,8 @@ RecycledBlock RecycledBlock::Adopt(void* data, size_t bytes) {
 }
 
 void RecycledBlock::Recycle() {
-    MayKeep(mSize) ? Keep({mData, mSize}) : std::free(mData);
+    Kept& kept = tKept;
+    MayKeep(kept, mSize) ? Keep(kept, {mData, mSize}) : std::free(mData);
 }
 
 }  // namespace zarvo::host
