@@ -8,7 +8,6 @@
 
 #include <android/binder_internal_parcel_types.h>
 
-#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstddef>
@@ -70,23 +69,16 @@ bool Resize(Sequence* sequence, int32_t length) {
     }
 }
 
-/** Elements that a vector has room for before they have arrived. */
-inline constexpr int32_t kExpected = 16;
-
 /**
  * As Resize, but a vector is left empty for Grow(): its elements take far more memory than a
- * hostile parcel needs to announce them, so all but a few are made only as they arrive.
+ * hostile parcel needs to announce them, so they are made only as they arrive.
  */
 template <typename Sequence>
 bool Prepare(void* arrayData, int32_t length) {
     auto* sequence = static_cast<Sequence*>(arrayData);
     constexpr bool grows = kIsOf<std::decay_t<decltype(ElementsOf(*sequence))>, std::vector>;
     if constexpr (grows) {
-        if (!Resize(sequence, length > 0 ? 0 : length)) return false;
-        if (length > 0) {
-            ElementsOf(*sequence).reserve(static_cast<std::size_t>(std::min(length, kExpected)));
-        }
-        return true;
+        return Resize(sequence, length > 0 ? 0 : length);
     } else {
         return Resize(sequence, length);
     }
