@@ -28,8 +28,8 @@ void* AParcel::operator new(size_t size) {
     return place;
 }
 
-void AParcel::operator delete(void* parcel, size_t size) {
-    RecycledBlock::Adopt(parcel, size);
+void AParcel::operator delete(void* parcel) {
+    RecycledBlock::Adopt(parcel, sizeof(AParcel));
 }
 
 void AParcel::Reset() {

@@ -53,8 +53,9 @@ struct AParcel {
         if (!mObjects.empty()) DropObjects();
     }
 
+    // Memory as of RecycledBlock.
     static void* operator new(size_t size);
-    static void operator delete(void* parcel, size_t size);
+    static void operator delete(void* parcel);
 
     AIBinder* Target() const { return mTarget.Get(); }
     const std::vector<Object>& Objects() const { return mObjects; }
