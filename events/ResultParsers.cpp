@@ -64,6 +64,14 @@ std::vector<float> FusionData(const FusionBlock& block) {
     return data;
 }
 
+/** Copies of the block what it says is valid, which is seldom much. */
+void CopyBlock(const uint8_t* from, FusionBlock* block) {
+    constexpr size_t kItems = offsetof(FusionBlock, items);
+    std::memcpy(block, from, kItems);
+    const size_t valid = std::min<size_t>(block->count, FusionBlock::kMaxItems);
+    std::memcpy(block->items, from + kItems, valid * sizeof(FusionItem));
+}
+
 /** The bytes of the picture that its header announces and its block holds. */
 std::span<const uint8_t> Pixels(const aov_image_info& image) {
     // The product wraps in 32 bits, as the stream's own arithmetic does.
@@ -79,7 +87,7 @@ void ParseFusionResult(std::vector<AONResult>& results, const uint8_t* output, u
         return;
     }
     FusionBlock block;
-    std::memcpy(&block, output + layout::kFusion.offset, sizeof(block));
+    CopyBlock(output + layout::kFusion.offset, &block);
 
     AppendResult<AONResultValue::Tag::floatValue>(
             results, AONResult::RESULT_KEY_FUSION_ROTATE_ANGLE, block.rotateAngle);

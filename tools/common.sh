@@ -2,6 +2,7 @@
 # What the commands share: messages, packages, building.
 
 readonly RUN_PACKAGES=(cmake ninja-build g++ android-liblog-dev libpng-dev)
+readonly BENCH_PACKAGES=(libbenchmark-dev libsystemd-dev)
 readonly FORMAT_PACKAGES=(git clang-format-14)
 readonly PROVE_PACKAGES=(spin gcc)
 readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf
@@ -9,7 +10,8 @@ readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev 
 readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf mandoc
                         clang-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev lld-14
                         "${FORMAT_PACKAGES[@]}" "${PROVE_PACKAGES[@]}" clang-tidy-14 shellcheck
-                        checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user)
+                        checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user
+                        "${BENCH_PACKAGES[@]}")
 
 say() { printf '\n== %s\n' "$*"; }
 
@@ -31,7 +33,7 @@ unknown() { misuse "$COMMAND: unknown argument '$1'; see ./aon help $COMMAND"; }
 rows() {
     local row
     for row in "$@"; do
-        printf '  %-9s %s\n' "${row%%|*}" "${row#*|}"
+        printf '  %-10s %s\n' "${row%%|*}" "${row#*|}"
     done
 }
 

@@ -1,13 +1,17 @@
 #include "host/binder/Parcel.h"
 
 #include <algorithm>
+#include <cstdlib>
 
+using zarvo::host::RecycledBlock;
 using zarvo::host::Ref;
 
 namespace {
 
+constexpr size_t kPad = 4;
+
 constexpr size_t Padded(size_t length) {
-    return (length + 3) & ~size_t{3};
+    return (length + kPad - 1) & ~(kPad - 1);
 }
 
 /** How often, and beyond that how many, bytes are given out before reading fails. An honest reader
@@ -16,6 +20,17 @@ constexpr uint64_t kMostReadings = 4;
 constexpr uint64_t kFreeBytes = 4096;
 
 }  // namespace
+
+void* AParcel::operator new(size_t size) {
+    void* const place = RecycledBlock::Of(size).Release();
+    // Nobody could catch an exception across the C interface either.
+    if (place == nullptr) std::abort();
+    return place;
+}
+
+void AParcel::operator delete(void* parcel) {
+    RecycledBlock::Adopt(parcel, sizeof(AParcel));
+}
 
 void AParcel::Reset() {
     DropObjects();
@@ -32,6 +47,7 @@ binder_status_t AParcel::SetBytes(const uint8_t* bytes, size_t length) {
 
 uint8_t* AParcel::ForBytes(size_t length) {
     Reset();
+    if (length > INT32_MAX - 3 || !mBuffer.Reserve(Padded(length))) return nullptr;
     uint8_t* const place = Append(length);
     SetPosition(0);
     return place;
@@ -47,7 +63,7 @@ uint8_t* AParcel::Append(size_t length) {
     const size_t padded = Padded(length);
     uint8_t* const place = mBuffer.Extend(mPosition, padded);
     if (place == nullptr) return nullptr;
-    std::memset(place + length, 0, padded - length);
+    if (padded != length) std::memset(place + padded - kPad, 0, kPad);
     mPosition += padded;
     return place;
 }

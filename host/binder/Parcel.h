@@ -49,7 +49,13 @@ struct AParcel {
         : mSession(std::move(session)), mTarget(std::move(target)) {}
     AParcel(const AParcel&) = delete;
     AParcel& operator=(const AParcel&) = delete;
-    ~AParcel() { DropObjects(); }
+    ~AParcel() {
+        if (!mObjects.empty()) DropObjects();
+    }
+
+    // Memory as of RecycledBlock.
+    static void* operator new(size_t size);
+    static void operator delete(void* parcel);
 
     AIBinder* Target() const { return mTarget.Get(); }
     const std::vector<Object>& Objects() const { return mObjects; }
@@ -82,9 +88,10 @@ struct AParcel {
     template <typename T>
     binder_status_t Write(T value) {
         static_assert(sizeof(T) % 4 == 0);
-        uint8_t* const place = Append(sizeof(T));
+        uint8_t* const place = mBuffer.Extend(mPosition, sizeof(T));
         if (place == nullptr) return STATUS_NO_MEMORY;
         std::memcpy(place, &value, sizeof(T));
+        mPosition += sizeof(T);
         return STATUS_OK;
     }
     template <typename T>

@@ -1,4 +1,4 @@
-#include <memory>
+#include <utility>
 
 #include "host/binder/Parcel.h"
 #include "host/binder/Status.h"
@@ -61,15 +61,15 @@ binder_status_t AParcel_writeStatusHeader(AParcel* parcel, const AStatus* status
 
 binder_status_t AParcel_readStatusHeader(const AParcel* parcel, AStatus** status) {
     *status = nullptr;
-    auto read = std::make_unique<AStatus>();
-    binder_status_t result = parcel->Read(&read->exception);
-    if (result == STATUS_OK && read->exception == kExtraHeader) {
-        read->exception = EX_NONE;
+    AStatus read;
+    binder_status_t result = parcel->Read(&read.exception);
+    if (result == STATUS_OK && read.exception == kExtraHeader) {
+        read.exception = EX_NONE;
         result = SkipBlock(*parcel, false);
-    } else if (result == STATUS_OK && read->exception != EX_NONE) {
-        result = ReadException(*parcel, read.get());
+    } else if (result == STATUS_OK && read.exception != EX_NONE) {
+        result = ReadException(*parcel, &read);
     }
     if (result != STATUS_OK) return result;
-    *status = read->exception == EX_NONE ? AStatus_newOk() : read.release();
+    *status = read.exception == EX_NONE ? AStatus_newOk() : new AStatus(std::move(read));
     return STATUS_OK;
 }

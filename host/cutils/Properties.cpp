@@ -21,16 +21,24 @@ namespace {
 class Value {
   public:
     explicit Value(const char* key) {
-        if (key == nullptr) return;
-        mSize = PropertyStore::Instance().Read(key, {mBytes.data(), PROPERTY_VALUE_MAX - 1});
+        if (key != nullptr) {
+            mSize = PropertyStore::Instance().Read(key, {mBytes.data(), PROPERTY_VALUE_MAX - 1});
+        }
+        mBytes[mSize] = '\0';
     }
     std::string_view View() const { return {mBytes.data(), mSize}; }
     const char* Text() const { return mBytes.data(); }
 
   private:
-    std::array<char, PROPERTY_VALUE_MAX> mBytes{};
+    std::array<char, PROPERTY_VALUE_MAX> mBytes;
     size_t mSize = 0;
 };
+
+/** Most properties that are read are never set: that much is known at once, every time anew. */
+bool IsUnset(const char* key) {
+    const PropertyStore& store = PropertyStore::Instance();
+    return !store.MayHaveAny() || key == nullptr || !store.MayHave(key);
+}
 
 template <size_t N>
 bool IsOneOf(std::string_view text, const std::array<std::string_view, N>& words) {
@@ -60,6 +68,7 @@ int property_set(const char* key, const char* value) {
 }
 
 int8_t property_get_bool(const char* key, int8_t default_value) {
+    if (IsUnset(key)) return default_value;
     const Value value(key);
     if (IsOneOf(value.View(), kTrueWords)) return 1;
     if (IsOneOf(value.View(), kFalseWords)) return 0;
@@ -67,6 +76,7 @@ int8_t property_get_bool(const char* key, int8_t default_value) {
 }
 
 int32_t property_get_int32(const char* key, int32_t default_value) {
+    if (IsUnset(key)) return default_value;
     const Value value(key);
     const int callersErrno = errno;
     char* end = nullptr;

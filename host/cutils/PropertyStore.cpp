@@ -21,6 +21,13 @@ PropertyStore* NewFromEnvironment() {
 
 }  // namespace
 
+uint64_t PropertyStore::MarkOf(std::string_view name) {
+    if (name.empty()) return 1;
+    const auto last = static_cast<unsigned char>(name.back());
+    const auto middle = static_cast<unsigned char>(name[name.size() / 2]);
+    return uint64_t{1} << ((name.size() * 7 + last * 5U + middle) % 64);
+}
+
 PropertyStore& PropertyStore::Instance() {
     static PropertyStore* const store = NewFromEnvironment();
     return *store;
@@ -29,6 +36,7 @@ PropertyStore& PropertyStore::Instance() {
 bool PropertyStore::Set(std::string_view name, std::string_view value) {
     if (PropertyFault(name, value) != nullptr) return false;
     const std::unique_lock lock(mLock);
+    mMarks.fetch_or(MarkOf(name));
     mValues.insert_or_assign(std::string(name), std::string(value));
     return true;
 }
@@ -42,6 +50,7 @@ std::vector<std::string> PropertyStore::SetAll(std::string_view text) {
 
 void PropertyStore::Clear() {
     const std::unique_lock lock(mLock);
+    mMarks = 0;
     mValues.clear();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <shared_mutex>
 #include <span>
@@ -41,11 +43,24 @@ class [[gnu::visibility("default")]] PropertyStore {
     /** Copies the value without a terminating zero, cut to the room, and returns its length; 0
      * when the property is unset. */
     size_t Read(std::string_view name, std::span<char> value) const;
+    /** False only if the property is not set. Takes no lock. */
+    bool MayHave(std::string_view name) const {
+        return (mMarks.load() & MarkOf(name)) != 0;
+    }
+    /** False only if no property is set. Takes no lock. */
+    bool MayHaveAny() const {
+        return mMarks.load() != 0;
+    }
 
     /** Failure of property_set(), by call number. */
     FaultPoint setFault;
 
   private:
+    /** One of 64 bits, told apart by it are names that differ in length or end. */
+    static uint64_t MarkOf(std::string_view name);
+
+    /** The marks of all names that were set since the last Clear(). Changed under mLock. */
+    std::atomic<uint64_t> mMarks{0};
     mutable std::shared_mutex mLock;
     std::map<std::string, std::string, std::less<>> mValues;
 };

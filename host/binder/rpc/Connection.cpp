@@ -7,7 +7,14 @@ namespace {
 /** The other end owes no more for what a full socket holds. */
 constexpr size_t kMostReceivedWhileSending = 4096;
 
+/** Room for the largest event, so that it is sent at once and wakes the other end once. */
+constexpr int kMostUnreceived = 1 << 20;
+
 }  // namespace
+
+Connection::Connection(Socket socket) : mSocket(std::move(socket)), mPeer(mSocket.Peer()) {
+    mSocket.SetRoomForUnreceived(kMostUnreceived);
+}
 
 bool Connection::Send(std::span<iovec> parts, Acknowledgements* received) {
     bool receives = true;

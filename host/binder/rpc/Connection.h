@@ -20,7 +20,7 @@ namespace zarvo::host {
  */
 class Connection {
   public:
-    explicit Connection(Socket socket) : mSocket(std::move(socket)), mPeer(mSocket.Peer()) {}
+    explicit Connection(Socket socket);
 
     const PeerProcess& Peer() const { return mPeer; }
 
@@ -54,7 +54,8 @@ class Connection {
 
     const Socket mSocket;
     const PeerProcess mPeer;
-    std::array<uint8_t, 512> mAhead;
+    /** As much as an event without its picture takes, so that one comes at once. */
+    std::array<uint8_t, 4096> mAhead;
     size_t mBegin = 0;
     size_t mEnd = 0;
 };

@@ -186,8 +186,8 @@ bool RpcSession::Answer(Connection& connection, const wire::TransactBody& call,
     command.command = wire::kReply;
     command.bodyBytes = static_cast<uint32_t>(headBytes) + body.parcelBytes;
     if (status == STATUS_OK) reply.HandOver();
-    const std::array parts{iovec{&command, sizeof(command)}, iovec{&body, headBytes},
-                           iovec{const_cast<uint8_t*>(reply.Data()), body.parcelBytes}};
+    std::array parts{iovec{&command, sizeof(command)}, iovec{&body, headBytes},
+                     iovec{const_cast<uint8_t*>(reply.Data()), body.parcelBytes}};
     return Send(connection, parts);
 }
 

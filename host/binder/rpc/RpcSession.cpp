@@ -46,7 +46,7 @@ binder_status_t RpcSession::Transact(uint64_t address, transaction_code_t code, 
 }
 
 binder_status_t RpcSession::Ask(wire::SpecialCall call, AParcel* reply) {
-    const AParcel nothing;
+    const AParcel nothing{};
     return Transact(0, call, nothing, reply, 0);
 }
 
@@ -78,8 +78,8 @@ binder_status_t RpcSession::Call(Connection& connection, const wire::TransactBod
     command.command = wire::kTransact;
     command.bodyBytes = static_cast<uint32_t>(sizeof(sent) + in.Size());
     in.HandOver();
-    const std::array parts{iovec{&command, sizeof(command)}, iovec{&sent, sizeof(sent)},
-                           iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
+    std::array parts{iovec{&command, sizeof(command)}, iovec{&sent, sizeof(sent)},
+                     iovec{const_cast<uint8_t*>(in.Data()), in.Size()}};
     const CallContext context(this, &connection, CallContext::Role::kCalls);
     if (!Send(connection, parts)) return STATUS_DEAD_OBJECT;
     if (oneway) return STATUS_OK;
@@ -139,16 +139,16 @@ bool RpcSession::ReceiveParcel(Connection& connection, size_t announced, size_t 
 struct RpcSession::OwedBatch {
     static constexpr size_t kMost = 16;
 
-    std::array<wire::DecStrongBody, kMost> bodies{};
+    std::array<wire::DecStrongBody, kMost> bodies;
     size_t count = 0;
 };
 
-bool RpcSession::Send(Connection& connection, std::span<const iovec> parts) {
+bool RpcSession::Send(Connection& connection, std::span<iovec> parts) {
     OwedBatch owed;
     while (TakeOwed(&owed)) {
         if (!SendBehind(connection, owed, {})) return false;
     }
-    return SendBehind(connection, owed, parts);
+    return owed.count == 0 ? SendAlone(connection, parts) : SendBehind(connection, owed, parts);
 }
 
 bool RpcSession::TakeOwed(OwedBatch* owed) {
@@ -161,7 +161,7 @@ bool RpcSession::TakeOwed(OwedBatch* owed) {
 }
 
 bool RpcSession::SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts) {
-    std::array<iovec, 2 * OwedBatch::kMost + 4> all{};
+    std::array<iovec, 2 * OwedBatch::kMost + 4> all;
     wire::CommandHeader command{};
     command.command = wire::kDecStrong;
     command.bodyBytes = sizeof(wire::DecStrongBody);
@@ -171,8 +171,12 @@ bool RpcSession::SendBehind(Connection& connection, OwedBatch& owed, std::span<c
     }
     const size_t before = 2 * owed.count;
     std::copy(parts.begin(), parts.end(), all.begin() + static_cast<ptrdiff_t>(before));
+    return SendAlone(connection, std::span(all).first(before + parts.size()));
+}
+
+bool RpcSession::SendAlone(Connection& connection, std::span<iovec> parts) {
     Connection::Acknowledgements received;
-    if (!connection.Send(std::span(all).first(before + parts.size()), &received)) return Lose();
+    if (!connection.Send(parts, &received)) return Lose();
     // Not before the whole message is out: what ends here may send, too.
     for (const wire::DecStrongBody& body : received)
         mTable.TakeAcknowledgement(body.address, body.amount);

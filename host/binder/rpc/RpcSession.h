@@ -122,11 +122,13 @@ class ABINDER_API RpcSession final : public Session,
 
     struct OwedBatch;
 
-    /** Sends a command, behind all that is owed; if that is not much, in one message. */
-    bool Send(Connection& connection, std::span<const iovec> parts);
+    /** Sends a command, behind all that is owed; if that is not much, in one message. Changes
+     * `parts`. */
+    bool Send(Connection& connection, std::span<iovec> parts);
     /** Takes the first of what is owed; true if there is more. */
     bool TakeOwed(OwedBatch* owed);
     bool SendBehind(Connection& connection, OwedBatch& owed, std::span<const iovec> parts);
+    bool SendAlone(Connection& connection, std::span<iovec> parts);
     /** Notes that the other end is to be told that this arrived so often. */
     void Owe(uint64_t address, uint32_t amount);
     /** Sends what is owed on a free connection or else on `fallback`, which this thread serves;

@@ -131,6 +131,12 @@ void Socket::LimitReceiveTime(Deadline deadline) const {
     setsockopt(mFd, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
 }
 
+void Socket::SetRoomForUnreceived(int bytes) const {
+    // The system takes it twice, for what it needs besides.
+    const int half = bytes / 2;
+    setsockopt(mFd, SOL_SOCKET, SO_SNDBUF, &half, sizeof(half));
+}
+
 void Socket::Shutdown() const {
     shutdown(mFd, SHUT_RDWR);
 }
