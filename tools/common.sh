@@ -10,7 +10,7 @@ readonly COVERAGE_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev 
 readonly TEST_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev librapidcheck-dev pkgconf mandoc
                         clang-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev lld-14
                         "${FORMAT_PACKAGES[@]}" "${PROVE_PACKAGES[@]}" clang-tidy-14 shellcheck
-                        checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user
+                        cppcheck checkpolicy m4 libxml2-utils g++-aarch64-linux-gnu qemu-user
                         "${BENCH_PACKAGES[@]}")
 
 say() { printf '\n== %s\n' "$*"; }

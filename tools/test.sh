@@ -10,6 +10,7 @@ readonly STEPS=(
     "phone|the library and its program with libc++, lld, no RTTI and no exceptions, as on the phone"
     "arm64|a build for the phone's processor; codec, parser and layout tests in an emulator"
     "prove|the proof of the arbitration, on a model of its locks"
+    "cppcheck|the analysis of where values go, of all C++ sources but the tests"
     "tidy|the static analysis of all C++ sources"
 )
 

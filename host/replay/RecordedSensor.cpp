@@ -9,6 +9,7 @@ namespace {
 template <typename T, typename Condition>
 T& FindOrAdd(std::vector<T>& all, Condition holds) {
     const auto found = std::find_if(all.begin(), all.end(), holds);
+    // cppcheck-suppress invalidContainer ; only one of the two is done
     return found == all.end() ? all.emplace_back() : *found;
 }
 

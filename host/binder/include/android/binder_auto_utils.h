@@ -49,6 +49,7 @@ class SpAIBinder {
     SpAIBinder(SpAIBinder&& other) noexcept : mBinder(std::exchange(other.mBinder, nullptr)) {}
     ~SpAIBinder() { set(nullptr); }
 
+    // cppcheck-suppress operatorEqVarError ; set() assigns it
     SpAIBinder& operator=(const SpAIBinder& other) {
         if (this != &other) {
             AIBinder_incStrong(other.mBinder);
