@@ -1,0 +1,74 @@
+// Writes the inputs that fuzzing begins with: `fuzz_seeds ROOT FOLDER`.
+
+#include "fuzz/Seeds.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace zarvo::fuzz {
+
+namespace fs = std::filesystem;
+
+void SeedFolder::Add(std::string_view fuzzer, std::string_view name, std::string_view bytes) const {
+    fs::create_directories(mFolder / fuzzer);
+    std::ofstream file(mFolder / fuzzer / name, std::ios::binary);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!file.flush()) std::abort();
+}
+
+namespace {
+
+std::string Content(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void AddAidl(const SeedFolder& seeds, const fs::path& folder) {
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (entry.path().extension() != ".aidl") continue;
+        seeds.Add("aidl", entry.path().filename().string(), Content(entry.path()));
+    }
+}
+
+}  // namespace
+
+void AddTexts(const SeedFolder& seeds, const fs::path& root) {
+    for (const char* folder : {"interface/vendor", "host/control/interface", "tests/aidl/packages"})
+        AddAidl(seeds, root / folder);
+    seeds.Add("properties", "switches",
+              "vendor.debug.cameralog.enable=true;;zarvo.aon.hal.mtk_dump_apu=0x1;a=b=c;");
+    const char* const lines[] = {
+            "sensors",
+            "watch\n--types\nfusion+gaze\n--json\n--count\n5",
+            "watch\n--save-images=pictures\n--sensor\n1",
+            "record\nproblem.aonrec\n--count\n3",
+            "show\n--json\nproblem.aonrec",
+            "camera\nstorm\n1\n20",
+            "scene\ntwo",
+            "fault\nstream.start\n--first\n2\n--count\n1",
+            "fault\nrecord\noutput-size\n-1",
+            "dump\n--json",
+            "help\nwatch",
+            "--replay\nproblem.aonrec\n--replay-loop",
+            "--seed\n7\n--quick\n--role\nclient",
+            "--lang=ndk\n--structured\n--stability\nvintf\n--version\n1\n-I.\n-h\nh\n-o\no\nT.aidl",
+            "--checkapi=compatible\n--structured\n1\n2",
+    };
+    for (size_t i = 0; i < std::size(lines); ++i)
+        seeds.Add("arguments", std::to_string(i), lines[i]);
+}
+
+}  // namespace zarvo::fuzz
+
+int main(int argc, char** argv) {
+    using namespace zarvo::fuzz;
+    if (argc != 3) return EXIT_FAILURE;
+    const SeedFolder seeds(argv[2]);
+    AddRecords(seeds);
+    AddCalls(seeds);
+    AddSessions(seeds);
+    AddTexts(seeds, argv[1]);
+    return EXIT_SUCCESS;
+}
