@@ -25,12 +25,27 @@ void CheckApi(MemoryFiles& files) {
     if (!messages.empty()) std::abort();
 }
 
+/** Whether a newer text of the type may follow: what is equal is compatible. */
+void CheckChange(MemoryFiles& files, std::string_view newer) {
+    files.files["n/p/T.aidl"] = newer;
+    for (const char* file : {"/p/E.aidl", "/p/I.aidl", "/p/U.aidl"})
+        files.files[std::string("n") + file] = files.files[std::string("s") + file];
+    const auto isNoChange = [&](std::string_view check) {
+        return RunCommand(files, {check, "--structured", "s", "n"}).empty();
+    };
+    if (isNoChange("--checkapi=equal") && !isNoChange("--checkapi=compatible")) std::abort();
+    std::string hash;
+    if (!RunCommand(files, {"--hashapi", "n"}, &hash).empty() || hash.size() != 41) std::abort();
+}
+
 }  // namespace
 
 /** The input is the text of s/p/T.aidl, beside which there are a parcelable U, an enum and an
- * interface. */
+ * interface; and behind a form feed, if there is one, a newer text. */
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    MemoryFiles files{{"s/p/T.aidl", std::string(zarvo::fuzz::Text({data, size}))},
+    const std::string_view input = zarvo::fuzz::Text({data, size});
+    const std::string_view text = input.substr(0, input.find('\f'));
+    MemoryFiles files{{"s/p/T.aidl", std::string(text)},
                       {"s/p/U.aidl", "package p; parcelable U { int a = 1; String s; }"},
                       {"s/p/E.aidl", "package p; @Backing(type=\"int\") enum E { A = 1, B }"},
                       {"s/p/I.aidl", "package p; interface I { void call(in I other); }"}};
@@ -38,6 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             files, {"--lang=ndk", "--structured", "-I", "s", "-h", "h", "-o", "o", "s/p/T.aidl"});
     if (messages.empty()) {
         CheckApi(files);
+        if (text.size() < input.size()) CheckChange(files, input.substr(text.size() + 1));
     } else if (!messages.starts_with("s/p/T.aidl:") && !messages.starts_with("error: ")) {
         std::abort();
     }

@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "fuzz/Input.h"
-#include "host/aidl/Options.h"
 #include "host/ctl/Command.h"
+#include "host/ctl/Sensors.h"
 #include "host/demo/CommandLine.h"
 #include "host/service/CommandLine.h"
+
+// Its namespace hides the packages' own from what comes after it.
+#include "host/aidl/Options.h"
 
 namespace {
 
@@ -26,6 +29,17 @@ Words Split(std::string_view text) {
     return words;
 }
 
+void ChooseConfig(zarvo::host::ctl::Arguments& arguments) {
+    using namespace zarvo::host::ctl;
+    AONSensorInfo sensor;
+    sensor.frameInfos.resize(2);
+    sensor.frameInfos[0].supportRates = {5, 10};
+    const SensorConfigInfo config = ChooseConfig(arguments, {sensor, AONSensorInfo()});
+    if (!arguments.Error().empty()) return;
+    if (config.fps < 1 || config.fps > 1000 || config.serviceType < 1 || config.serviceType > 15)
+        std::abort();
+}
+
 void ReadForAonctl(Views words) {
     using namespace zarvo::host::ctl;
     (void)Completions(words);
@@ -37,6 +51,7 @@ void ReadForAonctl(Views words) {
     const size_t count = arguments.Words().size();
     const bool fits = count >= command->leastWords && count <= command->mostWords;
     if (arguments.Error().empty() && !fits) std::abort();
+    if (command->runsClient) ChooseConfig(arguments);
     constexpr int64_t kLeast = -5, kMost = 100'000;
     for (const Option& option : options) {
         const int64_t number = arguments.Number(option.name, 0, kLeast, kMost);

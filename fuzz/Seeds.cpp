@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 
 namespace zarvo::fuzz {
 
@@ -25,10 +26,24 @@ std::string Content(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/** The same of another name, in the fuzzer's package, its types replaced by one that is there. */
+std::string AsT(const std::string& text) {
+    const std::regex package("package [a-z.]+;"), import("import [^;]+;"),
+            name("\\b(interface|parcelable|union|enum) \\w+"),
+            type("\\b(AON|I[A-Z]|F[a-z]+I|Sensor)\\w+");
+    std::string changed = std::regex_replace(text, import, "");
+    changed = std::regex_replace(changed, type, "U");
+    changed = std::regex_replace(changed, name, "$1 T");
+    return std::regex_replace(changed, package, "package p;");
+}
+
 void AddAidl(const SeedFolder& seeds, const fs::path& folder) {
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (entry.path().extension() != ".aidl") continue;
-        seeds.Add("aidl", entry.path().filename().string(), Content(entry.path()));
+        const std::string name = entry.path().filename().string(), text = Content(entry.path());
+        seeds.Add("aidl", name, text);
+        // Beside the fuzzer's own types, all alone.
+        seeds.Add("aidl", name + "-twice", AsT(text) + '\f' + AsT(text));
     }
 }
 
@@ -39,9 +54,14 @@ void AddTexts(const SeedFolder& seeds, const fs::path& root) {
         AddAidl(seeds, root / folder);
     seeds.Add("properties", "switches",
               "vendor.debug.cameralog.enable=true;;zarvo.aon.hal.mtk_dump_apu=0x1;a=b=c;");
+    for (const char* line : {"event 5 2\nstate 0 1\n", "ok \nstart 1 5\n",
+                             "01-02 03:04:05.678   326   326 I AONManager: aon manager create\n"}) {
+        const std::string text(line);
+        seeds.Add("lines", text.substr(0, 2), static_cast<char>(text.size()) + text);
+    }
     const char* const lines[] = {
             "sensors",
-            "watch\n--types\nfusion+gaze\n--json\n--count\n5",
+            "watch\n--types\nfusion,gaze\n--json\n--count\n5",
             "watch\n--save-images=pictures\n--sensor\n1",
             "record\nproblem.aonrec\n--count\n3",
             "show\n--json\nproblem.aonrec",

@@ -55,11 +55,11 @@ class Bench {
                 break;
             case 1:
                 mSimulator.OpenCamera(input.Take<uint8_t>() % 3);
-                mSimulator.WaitForCameraNotices();
+                AwaitCameras();
                 break;
             case 2:
                 mSimulator.CloseCamera(input.Take<uint8_t>() % 3);
-                mSimulator.WaitForCameraNotices();
+                AwaitCameras();
                 break;
             case 3:
                 mService->OnRemoteCallbackDied(kHandle, mClient);
@@ -75,7 +75,7 @@ class Bench {
     void CheckUsable() {
         for (int device = 0; device < 3; ++device)
             mSimulator.CloseCamera(device);
-        mSimulator.WaitForCameraNotices();
+        AwaitCameras();
         Leave();
         if (mSimulator.Running()) std::abort();
         const auto next = ndk::SharedRefBase::make<Client>();
@@ -93,6 +93,12 @@ class Bench {
   private:
     using AONService = zarvo::aon::AONService;
 
+    /** The service finishes a notice on a thread of its own, for which the next notice waits. */
+    void AwaitCameras() {
+        constexpr int kNoCamera = 99;
+        mSimulator.CloseCamera(kNoCamera);
+        mSimulator.WaitForCameraNotices();
+    }
     /** As whoever is registered. */
     ScopedAStatus Leave() {
         constexpr int32_t kAll = 15;
