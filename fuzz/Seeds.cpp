@@ -26,15 +26,24 @@ std::string Content(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/** The same of another name, in the fuzzer's package, its types replaced by one that is there. */
-std::string AsT(const std::string& text) {
-    const std::regex package("package [a-z.]+;"), import("import [^;]+;"),
-            name("\\b(interface|parcelable|union|enum) \\w+"),
-            type("\\b(AON|I[A-Z]|F[a-z]+I|Sensor)\\w+");
-    std::string changed = std::regex_replace(text, import, "");
-    changed = std::regex_replace(changed, type, "U");
-    changed = std::regex_replace(changed, name, "$1 T");
-    return std::regex_replace(changed, package, "package p;");
+/** The same type under the fuzzer's name, in its package, with its types in place of all others. */
+std::string AsT(std::string text) {
+    const struct {
+        const char *what, *by;
+    } changes[] = {
+            {"package [a-z.]+;", "package p;"},
+            {"import [^;]+;|@VintfStability", ""},
+            {"\\b([a-z]+\\.)+(?=[A-Z])", ""},
+            {"\\bI(?!Binder)[A-Z]+[a-z]\\w+", "I"},
+            {"\\b(Cast|Color|Level)\\b", "E"},
+            {"\\b(AON\\w+|\\w+Info|Record\\w+|Picture|Point|Payload|CameraDevice|FaultPoint|Empty)"
+             "\\b",
+             "U"},
+            {"\\b(interface|parcelable|union|enum) \\w+", "$1 T"},
+    };
+    for (const auto& [what, by] : changes)
+        text = std::regex_replace(text, std::regex(what), by);
+    return text;
 }
 
 void AddAidl(const SeedFolder& seeds, const fs::path& folder) {
