@@ -89,7 +89,7 @@ void AddRecords(const SeedFolder& seeds) {
     const auto record = Rendered(15);
     AddRecord(seeds, *record);
     AddParcels(seeds, translation.EventOf(*record));
-    for (const int32_t services : {0, 1, 6, 8})
+    for (const int32_t services : {1, 6, 8})
         AddRecordings(seeds, translation.EventOf(*Rendered(services)));
 }
 

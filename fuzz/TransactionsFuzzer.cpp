@@ -87,6 +87,8 @@ class Bench {
             !Leave().isOk() || mSimulator.Running()) {
             std::abort();
         }
+        // What runs on would look like a leak.
+        mSimulator.Shutdown();
     }
 
   private:

@@ -73,7 +73,7 @@ fuzz_target() {
     [ ! -f "fuzz/$target.dict" ] || options+=(-dict="fuzz/$target.dict")
     mkdir -p "$corpus"
     printf '%-13s' "$target"
-    ANDROID_LOG_TAGS='*:s' "$FUZZ/bin/${target}_fuzzer" "${options[@]}" "$corpus" \
+    "$FUZZ/bin/${target}_fuzzer" "${options[@]}" "$corpus" \
         "$FUZZ/fuzz/seeds/$target" >"$log" 2>&1 || status=$?
     awk '/ cov: / { for (i = 1; i < NF; i++) if ($i == "ft:") features = $(i + 1) }
          $1 == "stat::number_of_executed_units:" { inputs = $2 }
