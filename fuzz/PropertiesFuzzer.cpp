@@ -21,7 +21,7 @@ void Check(const Property& property) {
     const int length = property_get(property.name.c_str(), value.data(), "");
     if (std::string_view(value.data(), static_cast<size_t>(length)) != property.value) std::abort();
     (void)property_get_int32(property.name.c_str(), 0);
-    const int truth = property_get_bool(property.name.c_str(), 0);
+    const int8_t truth = property_get_bool(property.name.c_str(), 0);
     if (truth != 0 && truth != 1) std::abort();
 }
 
