@@ -80,6 +80,9 @@ void AddRecordings(const SeedFolder& seeds, const AONCallBackInfo& event) {
               std::string(1, 1) + Entry(1, ParcelOf(Config(event.serviceType))) +
                       Entry(3, ParcelOf(AONSensorStateInfo())) + Entry(2, ParcelOf(event)) +
                       Entry(4, Raw(uint64_t{0})));
+    seeds.Add("recording", "lie-" + number,
+              std::string(1, 1) + Entry('\x81', ParcelOf(Config(event.serviceType))) +
+                      Raw(uint32_t{1} << 20U));
 }
 
 }  // namespace

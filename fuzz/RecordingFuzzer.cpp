@@ -78,17 +78,27 @@ void Play(const std::string& bytes) {
     }
 }
 
-/** A well-formed file of entries: each a kind, how long after the one before, and its bytes. */
+/** Lets a chunk's header announce another length; its checksum is right all the same. */
+void Announce(uint32_t length, ChunkHeaderBytes& header) {
+    constexpr size_t kChecksumAt = kChunkHeaderSize - sizeof(uint32_t);
+    const std::span bytes(header);
+    PutNumber(bytes.first(sizeof(length)), length);
+    PutNumber(bytes.subspan(kChecksumAt), Crc32(bytes.first(kChecksumAt)));
+}
+
+/** A file of entries, each a kind, how long after the one before, and its bytes. */
 std::string Composed(zarvo::fuzz::Input& input) {
-    const FileHeader header = MakeFileHeader();
-    std::string bytes(header.begin(), header.end());
+    constexpr uint8_t kLies = 0x80;
+    const FileHeader begin = MakeFileHeader();
+    std::string bytes(begin.begin(), begin.end());
     std::chrono::nanoseconds time{0};
     while (!input.IsEmpty()) {
-        const uint32_t kind = input.Take<uint8_t>();
+        const uint8_t kind = input.Take<uint8_t>();
         time += std::chrono::milliseconds(input.Take<uint8_t>());
         const auto payload = input.TakePiece();
-        const ChunkHeaderBytes chunk = MakeChunkHeader(kind, time, payload);
-        bytes.append(chunk.begin(), chunk.end()).append(payload.begin(), payload.end());
+        ChunkHeaderBytes header = MakeChunkHeader(kind & ~kLies, time, payload);
+        if ((kind & kLies) != 0) Announce(input.Take<uint32_t>(), header);
+        bytes.append(header.begin(), header.end()).append(payload.begin(), payload.end());
     }
     return bytes;
 }
