@@ -39,7 +39,6 @@ holds() {
 rooms='callbacks|events|manager|service'
 others='fuzz|tests/conformance|host/service'
 holds "$rooms" aon_rooms
-holds fuzz event_fuzzer
 holds tests/conformance aon_conformance_test
 holds host/service aon_phone_program vendor.zarvo.hardware.camera.aon-service
 grep -oE '"[^" ]+/[^" ]+\.[a-z]+"' Android.bp | tr -d '"' >"$work/named"
@@ -47,7 +46,7 @@ while read -r file; do
     compgen -G "$file" >>"$work/found" || fail "Android.bp names $file, which is not there"
 done <"$work/named"
 grep -E "^($rooms|$others)/.*\.cpp\$" "$work/found" | sort >"$work/bp"
-compiled aon_rooms event_fuzzer aon_conformance_test aon_phone_program |
+compiled aon_rooms events_fuzzer aon_conformance_test aon_phone_program |
     grep -E "^($rooms|$others)/" | sort -u >"$work/cmake"
 same 'what CMake compiles for a phone against Android.bp' "$work/cmake" "$work/bp"
 
