@@ -4,29 +4,19 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include "host/control/FaultTable.h"
-#include "host/stream/SimulatorControl.h"
-#include "manager/AONManager.h"
-#include "service/AONService.h"
-#include "tests/clients/RemoteClient.h"
 #include "tests/sweep/LibcFaults.h"
+#include "tests/sweep/WholeService.h"
 
 namespace zarvo::test {
 namespace {
 
 using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
 using host::FaultPoint;
-using State = RecordingCallback::State;
-
-constexpr char kOk[] = "No error";
-constexpr int kTypes = 15;
-constexpr int kCamera = 0;
 
 struct Fault : host::NamedFault {};
 
@@ -55,24 +45,9 @@ std::vector<Fault> Faults() {
     return faults;
 }
 
-/** The service on the simulated sensor, which delivers by command. */
-class FaultSweep : public testing::TestWithParam<Fault> {
+class FaultSweep : public WholeService, public testing::WithParamInterface<Fault> {
   protected:
-    struct Holdings {
-        ptrdiff_t descriptors, threads;
-        bool operator==(const Holdings&) const = default;
-    };
-
-    FaultSweep() {
-        property_set("zarvo.aon.hal.mtk_dump_apu", "1");
-        mSimulator.SetManualDelivery(true);
-    }
-    ~FaultSweep() override {
-        mService.reset();
-        mSimulator.Shutdown();
-    }
-
-    static RemoteClient::SensorConfigInfo Config() { return RemoteClient::Config(0, kTypes); }
+    FaultSweep() { property_set("zarvo.aon.hal.mtk_dump_apu", "1"); }
 
     /** A client does everything, whatever the answers are, and dies; a camera comes and goes. */
     void Scenario() {
@@ -103,10 +78,7 @@ class FaultSweep : public testing::TestWithParam<Fault> {
     void UseCamera() {
         Notify([this] { mManager->NotifyOpen(kCamera); });
         Notify([this] { mManager->NotifyClose(kCamera); });
-        Await([this] {
-            const auto status = mManager->Status();
-            return status && status->deviceCount == 0;
-        });
+        AwaitNoCamera();
     }
     /** Without a thread it throws, and the next one is told as ever. */
     template <typename Notice>
@@ -119,44 +91,6 @@ class FaultSweep : public testing::TestWithParam<Fault> {
         }
     }
 
-    /** The next client finds everything as it should be. */
-    void ExpectWhole() {
-        RemoteClient client(mService);
-        EXPECT_EQ(client.Register(kTypes), kOk);
-        EXPECT_EQ(client.handle, 1);
-        EXPECT_EQ(client.Subscribe(Config()), kOk);
-        EXPECT_EQ(client.Start(kTypes), kOk);
-        // A stream that would not stop for the one before runs on.
-        ASSERT_TRUE(mSimulator.DeliverOne());
-        EXPECT_TRUE(client.callback->WaitForEvents(1));
-        EXPECT_EQ(client.Unsubscribe(), kOk);
-        EXPECT_EQ(client.Unregister(), kOk);
-        EXPECT_EQ(client.callback->TakeStates(), (std::vector<State>{{0, 1}, {0, 0}}));
-        EXPECT_FALSE(mSimulator.Running());
-    }
-
-    static Holdings Now() {
-        const auto count = [](const char* directory) {
-            return std::distance(std::filesystem::directory_iterator(directory), {});
-        };
-        return {count("/proc/self/fd"), count("/proc/self/task")};
-    }
-    template <typename Condition>
-    static void Await(Condition condition) {
-        const auto end = std::chrono::steady_clock::now() + kPatience;
-        while (!condition() && std::chrono::steady_clock::now() < end)
-            std::this_thread::yield();
-        ASSERT_TRUE(condition());
-    }
-    /** Ends the stream's threads, and waits until those of sessions have ended. */
-    void ExpectNothingLeft(const Holdings& before) {
-        mSimulator.Shutdown();
-        Await([&] { return Now() == before; });
-    }
-
-    host::SimulatorControl& mSimulator = host::SimulatorControl::Instance();
-    const std::shared_ptr<aon::AONManager> mManager = aon::AONManager::GetSingleton();
-    std::shared_ptr<aon::AONService> mService = ndk::SharedRefBase::make<aon::AONService>();
     int mThrown = 0;
 };
 
