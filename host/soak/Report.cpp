@@ -1,0 +1,80 @@
+#include "host/soak/Report.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace zarvo::host::soak {
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr size_t kMostFindings = 5;
+constexpr std::chrono::milliseconds kRefresh{100};
+constexpr std::chrono::seconds kNewLine{10};
+
+/** With a comma before every three digits. */
+std::string Grouped(uint64_t number) {
+    std::string text = std::to_string(number);
+    for (size_t at = text.size(); at > 3; at -= 3)
+        text.insert(at - 3, ",");
+    return text;
+}
+
+std::string Change(long before, long after) {
+    return Grouped(static_cast<uint64_t>(before)) + " > " + Grouped(static_cast<uint64_t>(after));
+}
+
+double Seconds(steady_clock::duration time) {
+    return std::chrono::duration<double>(time).count();
+}
+
+}  // namespace
+
+void Row::Find(const std::string& finding) {
+    if (findings.size() < kMostFindings) findings.push_back(finding);
+}
+
+Progress::Progress(std::string title, uint64_t goal)
+    : mTitle(std::move(title)),
+      mGoal(goal),
+      mTerminal(isatty(STDOUT_FILENO) == 1),
+      mNext(steady_clock::now() + (mTerminal ? kRefresh : steady_clock::duration(kNewLine))) {
+    if (mTerminal) Print(0);
+}
+
+Progress::~Progress() {
+    if (mTerminal) std::printf("\r\x1b[K");
+    std::fflush(stdout);
+}
+
+void Progress::Show(uint64_t done) {
+    const auto now = steady_clock::now();
+    if (now < mNext) return;
+    mNext = now + (mTerminal ? kRefresh : steady_clock::duration(kNewLine));
+    Print(done);
+}
+
+void Progress::Print(uint64_t done) {
+    std::printf("%s%-26s %9s of %s%s", mTerminal ? "\r" : "", mTitle.c_str(), Grouped(done).c_str(),
+                Grouped(mGoal).c_str(), mTerminal ? "\x1b[K" : "\n");
+    std::fflush(stdout);
+}
+
+void PrintTable(const std::vector<Row>& rows) {
+    std::printf("\n%-26s %9s %9s  %-12s %-12s %-17s %s\n", "section", "done", "seconds",
+                "descriptors", "threads", "memory, KiB", "found");
+    for (const Row& row : rows) {
+        std::printf("%-26s %9s %9.1f  %-12s %-12s %-17s %s\n", row.title.c_str(),
+                    Grouped(row.done).c_str(), Seconds(row.time),
+                    Change(row.before.descriptors, row.after.descriptors).c_str(),
+                    Change(row.before.threads, row.after.threads).c_str(),
+                    Change(row.before.memory, row.after.memory).c_str(),
+                    row.findings.empty() ? "nothing" : "see below");
+    }
+    for (const Row& row : rows)
+        for (const std::string& finding : row.findings)
+            std::printf("\n%s: %s\n", row.title.c_str(), finding.c_str());
+}
+
+}  // namespace zarvo::host::soak

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "host/stream/SimulatorControl.h"
+#include "manager/AONManager.h"
+#include "service/AONService.h"
+#include "tests/clients/RemoteClient.h"
+
+namespace zarvo::test {
+
+inline constexpr char kOk[] = "No error";
+inline constexpr int kTypes = 15;
+inline constexpr int kCamera = 0;
+
+/** The service on the simulated sensor, which delivers by command, and what makes it whole. */
+class WholeService : public testing::Test {
+  protected:
+    /** What this process holds. */
+    struct Holdings {
+        ptrdiff_t descriptors, threads;
+        bool operator==(const Holdings&) const = default;
+    };
+
+    WholeService() { mSimulator.SetManualDelivery(true); }
+    ~WholeService() override {
+        mService.reset();
+        mSimulator.Shutdown();
+    }
+
+    static RemoteClient::SensorConfigInfo Config() { return RemoteClient::Config(0, kTypes); }
+
+    /** The next client finds everything as it should be. */
+    void ExpectWhole() {
+        RemoteClient client(mService);
+        EXPECT_EQ(client.Register(kTypes), kOk);
+        EXPECT_EQ(client.handle, 1);
+        EXPECT_EQ(client.Subscribe(Config()), kOk);
+        EXPECT_EQ(client.Start(kTypes), kOk);
+        // A stream that would not stop for the one before runs on.
+        ASSERT_TRUE(mSimulator.DeliverOne());
+        EXPECT_TRUE(client.callback->WaitForEvents(1));
+        EXPECT_EQ(client.Unsubscribe(), kOk);
+        EXPECT_EQ(client.Unregister(), kOk);
+        EXPECT_EQ(client.callback->TakeStates(),
+                  (std::vector<RecordingCallback::State>{{0, 1}, {0, 0}}));
+        EXPECT_FALSE(mSimulator.Running());
+    }
+
+    static Holdings Now() {
+        const auto count = [](const char* directory) {
+            return std::distance(std::filesystem::directory_iterator(directory), {});
+        };
+        return {count("/proc/self/fd"), count("/proc/self/task")};
+    }
+    template <typename Condition>
+    static void Await(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + kPatience;
+        while (!condition() && std::chrono::steady_clock::now() < end)
+            std::this_thread::yield();
+        ASSERT_TRUE(condition());
+    }
+    /** Ends the stream's threads, and waits until those of sessions have ended. */
+    void ExpectNothingLeft(const Holdings& before) {
+        mSimulator.Shutdown();
+        Await([&] { return Now() == before; });
+    }
+
+    void AwaitNoCamera() {
+        Await([this] {
+            const auto status = mManager->Status();
+            return status && status->deviceCount == 0;
+        });
+    }
+
+    host::SimulatorControl& mSimulator = host::SimulatorControl::Instance();
+    const std::shared_ptr<aon::AONManager> mManager = aon::AONManager::GetSingleton();
+    std::shared_ptr<aon::AONService> mService = ndk::SharedRefBase::make<aon::AONService>();
+};
+
+}  // namespace zarvo::test
