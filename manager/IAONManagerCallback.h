@@ -12,7 +12,8 @@ class IAONManagerCallback {
   public:
     virtual ~IAONManagerCallback() = default;
 
-    /** One frame; the stream owns `event`, which is valid until the call returns. */
+    /** One frame; the stream owns `event`, which is valid until the call returns. Null is ignored.
+     */
     virtual void onCallback(aov_event* event) = 0;
     /** The stream started on the sensor. */
     virtual void OnServiceStart(int sensorId) = 0;
