@@ -15,9 +15,10 @@ namespace zarvo::aon {
 struct RegistryStatus {
     struct Client {
         int64_t handle = 0;
-        /** The process that registered it, as binder told. */
+        /** The process that registered it last, as binder told. */
         pid_t pid = 0;
         uid_t uid = 0;
+        /** When it registered first. */
         Moment since{};
     };
     struct Sensor {

@@ -58,9 +58,7 @@ int32_t RemoteCallbackManager::RegisterClient(const std::shared_ptr<IAONServiceC
         if (result != 0) return result;
         replaced = std::exchange(mClientCallbacks[*clientHandle], callback);
         states = mSensorStates;
-        mRegistrations[*clientHandle] = {*clientHandle, AIBinder_getCallingPid(),
-                                         AIBinder_getCallingUid(), Moment::Now()};
-        PublishLocked();
+        NoteRegistrationLocked(*clientHandle);
     }
     AON_LOGI(kWho, "RegisterClient success -> client count:%lld",
              static_cast<long long>(*clientHandle));
@@ -98,6 +96,15 @@ int32_t RemoteCallbackManager::AdmitLocked(const std::shared_ptr<IAONServiceCall
         AON_LOGE(kWho, "Fail to link IAONServiceCallBack to death");
     }
     return 0;
+}
+
+void RemoteCallbackManager::NoteRegistrationLocked(int64_t clientHandle) {
+    // A client that registers again has been there since the first time.
+    const auto [client, added] = mRegistrations.try_emplace(clientHandle);
+    if (added) client->second = {.handle = clientHandle, .since = Moment::Now()};
+    client->second.pid = AIBinder_getCallingPid();
+    client->second.uid = AIBinder_getCallingUid();
+    PublishLocked();
 }
 
 int32_t RemoteCallbackManager::UnregisterClient(int64_t clientHandle) {

@@ -113,6 +113,8 @@ class RemoteCallbackManager : public IOutEventCallback,
     int32_t UnregisterClientLock(int64_t clientHandle) REQUIRES(mLock);
     int32_t AdmitLocked(const std::shared_ptr<IAONServiceCallBack>& callback, int64_t* clientHandle)
             REQUIRES(mLock);
+    /** Also publishes it. */
+    void NoteRegistrationLocked(int64_t clientHandle) REQUIRES(mLock);
     Clients::iterator FindLocked(const AIBinder* binder) REQUIRES(mLock);
     std::shared_ptr<IAONServiceCallBack> CallbackOfLocked(int64_t clientHandle) REQUIRES(mLock);
     void RememberStateLocked(const AONSensorStateInfo& info) REQUIRES(mLock);

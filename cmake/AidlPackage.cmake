@@ -81,6 +81,10 @@ function(aon_aidl_library target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_definitions(${target} PRIVATE BINDER_STABILITY_SUPPORT)
   target_link_libraries(${target} PUBLIC platform_binder ${AIDL_LIBRARIES} PRIVATE aon_phone_options)
+  if(AON_PHONE_FLAGS)
+    # The phone's build gives exceptions only where they are asked for, as for the rooms.
+    target_compile_options(${target} PRIVATE -fno-exceptions)
+  endif()
   if(AON_AIDL)
     # Warnings in code of another compiler are not ours to mend.
     target_compile_options(${target} PRIVATE -w)

@@ -54,14 +54,14 @@ if(AON_COVERAGE)
 endif()
 
 # aon_phone_options: aon_options for what also runs on a phone. Its standard library there is another
-# one, and neither run-time type information nor exceptions are to be had.
+# one, and there is no run-time type information. AIDL packages also do without exceptions there.
 add_library(aon_phone_options INTERFACE)
 target_link_libraries(aon_phone_options INTERFACE aon_options)
 if(AON_PHONE_FLAGS)
   if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     message(FATAL_ERROR "AON_PHONE_FLAGS needs clang++")
   endif()
-  target_compile_options(aon_phone_options INTERFACE -stdlib=libc++ -fno-rtti -fno-exceptions)
+  target_compile_options(aon_phone_options INTERFACE -stdlib=libc++ -fno-rtti)
   # The phone's linker also refuses a version script that names what is not there.
   target_link_options(aon_phone_options INTERFACE -stdlib=libc++ -fuse-ld=lld
                                                   -Wl,--no-undefined-version)

@@ -93,6 +93,8 @@ void AONManager::onCallback(aov_event* event) {
         mCounters.droppedNoReceiver.Add();
         return;
     }
+    // The receiver ignores it, and counts nothing.
+    if (event == nullptr) mCounters.droppedNoRecord.Add();
     callback->onCallback(event);
 }
 

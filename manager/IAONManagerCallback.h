@@ -12,7 +12,7 @@ class IAONManagerCallback {
   public:
     virtual ~IAONManagerCallback() = default;
 
-    /** One frame; the stream owns `event`, which is valid until the call returns. */
+    /** One frame, or null; the stream owns it, and it is valid until the call returns. */
     virtual void onCallback(aov_event* event) = 0;
     /** The stream started on the sensor. */
     virtual void OnServiceStart(int sensorId) = 0;

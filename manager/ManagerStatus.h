@@ -42,6 +42,8 @@ struct ManagerCounters {
     Counter droppedBusy;
     /** Dropped because nobody receives. */
     Counter droppedNoReceiver;
+    /** There was no record behind the pointer, so that nothing could be made of it. */
+    Counter droppedNoRecord;
     LastTime lastEvent;
 };
 

@@ -183,6 +183,7 @@ void ReportEvents(const ServiceStatus& status, StatusWriter& writer) {
         ReportAge("last from the stream ago", counters.lastEvent, status, writer);
         ReportCount("dropped while the stream was changed", counters.droppedBusy, writer);
         ReportCount("dropped without receiver", counters.droppedNoReceiver, writer);
+        ReportCount("dropped without record", counters.droppedNoRecord, writer);
     }
     if (status.registryCounters != nullptr) {
         const RegistryCounters& counters = *status.registryCounters;

@@ -7,7 +7,7 @@ readonly STEPS=(
     "gcc|a build with g++, all tests"
     "asan|a build with clang, all tests under the address and undefined-behaviour sanitizers"
     "tsan|a build with clang, all tests under the thread sanitizer"
-    "phone|the library and its program with libc++, lld, no RTTI and no exceptions, as on the phone"
+    "phone|the library and its program with libc++, lld and no RTTI, as on the phone"
     "arm64|a build for the phone's processor; codec, parser and layout tests in an emulator"
     "prove|the proof of the arbitration, on a model of its locks"
     "cppcheck|the analysis of where values go, of all C++ sources but the tests"

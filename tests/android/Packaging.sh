@@ -36,7 +36,7 @@ holds() {
     compiled "$@" | grep -E "^($folders)/" | sort -u >"$work/cmake"
     same "the sources of $folders against CMake" "$work/there" "$work/cmake"
 }
-rooms='callbacks|events|manager|service'
+rooms='callbacks|events|manager|platform|service'
 others='fuzz|tests/conformance|host/service'
 holds "$rooms" aon_rooms
 holds tests/conformance aon_conformance_test
@@ -93,6 +93,12 @@ cat $policy/*/*_contexts | grep -oE 'object_r:[a-z_]+' | cut -d: -f2 | sort -u >
 while read -r label; do
     grep -qE "^type ${label}[,;]" "$work/userdebug.conf" || fail "there is no type $label"
 done <"$work/labels"
+# As the platform's build checks it: what lies in /data, but not the vendor's part, is the core's.
+sed -nE '/^\/data\/vendor/d; s/^\/data\/.*:object_r:([a-z_]+):.*/\1/p' $policy/*/file_contexts >"$work/core"
+while read -r label; do
+    grep -qE "^type $label,.* core_data_file_type[,;]" "$work/userdebug.conf" ||
+        fail "$label labels data of the core without being core_data_file_type"
+done <"$work/core"
 grep -oE '^vendor[^ ]+' $policy/vendor/service_contexts | grep -qxF $instance ||
     fail "service_contexts has no $instance"
 

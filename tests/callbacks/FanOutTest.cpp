@@ -76,6 +76,20 @@ TEST_F(FanOut, PassesOverAClientThatDoesNotAnswer) {
     EXPECT_GE(mRegistry->Counters().lastDelivered.Get(), inside);
 }
 
+TEST_F(FanOut, CountsAnEventThatTheClientRefusesAsFailed) {
+    class RefusingCallback : public RecordingCallback {
+        ndk::ScopedAStatus onAONEvent(int64_t /*clientHandle*/,
+                                      const AONCallBackInfo& /*info*/) override {
+            return ndk::ScopedAStatus::fromServiceSpecificError(1);
+        }
+    };
+    Register(ndk::SharedRefBase::make<RefusingCallback>());
+    AONCallBackInfo event;
+    mRegistry->OnAONEvent(event);
+    EXPECT_EQ(mRegistry->Counters().droppedFailed.Count(), 1U);
+    EXPECT_EQ(mRegistry->Counters().delivered.Count(), 0U);
+}
+
 TEST_F(FanOut, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
     Report(3, 2);
     Report(1, 1);

@@ -46,9 +46,12 @@ TEST_F(Registry, KnowsAClientAgainBehindAnotherProxy) {
     const RemoteCallback client;
     Report(2, 1);
     Report(0, 2);
+    const auto since = [&] { return mRegistry->Status().value().clients[0].since.steady; };
     EXPECT_EQ(Register(client.proxy), 1);
+    const auto first = since();
     LogRecorder log;
     EXPECT_EQ(Register(client.AnotherProxy()), 1);
+    EXPECT_EQ(since(), first);
     EXPECT_EQ(log.TakeTexts()[1],
               "W: RemoteCallbackManager: callback has already register, client:1");
     EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{0, 2}, {2, 1}, {0, 2}, {2, 1}}));

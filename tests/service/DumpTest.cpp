@@ -47,10 +47,12 @@ TEST_F(Dump, CountsWhyEventsAreDropped) {
     stream.SetHooks({}, [&] { std::async(std::launch::async, deliver).get(); });
     client.Stop(1);
     stream.SetHooks({}, {});
+    callback->onCallback(nullptr);
     client.Die();
     deliver();
-    ExpectParts(Look(), {"from the stream: 3\n", "dropped while the stream was changed: 1\n",
-                         "dropped without client: 1\n", "delivered: 1\n"});
+    ExpectParts(Look(),
+                {"from the stream: 4\n", "dropped while the stream was changed: 1\n",
+                 "dropped without record: 1\n", "dropped without client: 1\n", "delivered: 1\n"});
 }
 
 TEST_F(Dump, TellsTheMergeAsTheStreamGetsIt) {

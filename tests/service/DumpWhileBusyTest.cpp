@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
 #include <thread>
@@ -11,8 +13,14 @@ namespace {
 using Hook = std::function<void()>;
 using DumpRace = DumpFixture;
 
-/** Far more than it takes, for a machine that has other things to do. */
+using Clock = std::chrono::steady_clock;
+
+/** What a look may take while something hangs; a sanitizer makes everything slower. */
+#ifdef AON_SANITIZED
 constexpr std::chrono::seconds kSoon{10};
+#else
+constexpr std::chrono::seconds kSoon{1};
+#endif
 
 /** Something hangs, somewhere inside, until it is released. */
 class DumpWhileBusy : public DumpFixture {
@@ -27,8 +35,8 @@ class DumpWhileBusy : public DumpFixture {
     std::string LookDuring(Hook busy) {
         auto working = std::async(std::launch::async, std::move(busy));
         mInside.get_future().wait();
-        auto looking = std::async(std::launch::async, [&] { return Look(); });
-        EXPECT_EQ(looking.wait_for(kSoon), std::future_status::ready);
+        auto looking = std::async(std::launch::async, [&] { return LookSoon(); });
+        EXPECT_EQ(looking.wait_for(kPatience), std::future_status::ready);
         mRelease.set_value();
         working.get();
         EXPECT_EQ(Look().find("operation under way"), std::string::npos);
@@ -36,6 +44,19 @@ class DumpWhileBusy : public DumpFixture {
     }
 
   private:
+    /** The quickest of a few, since the machine may have other things to do. */
+    std::string LookSoon() {
+        std::string seen;
+        Clock::duration quickest = Clock::duration::max();
+        for (int look = 0; look < 3; ++look) {
+            const Clock::time_point begin = Clock::now();
+            seen = Look();
+            quickest = std::min(quickest, Clock::now() - begin);
+        }
+        EXPECT_LE(quickest, kSoon);
+        return seen;
+    }
+
     std::atomic<bool> mHung{false};
     std::promise<void> mInside, mRelease;
 };
