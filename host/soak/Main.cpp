@@ -118,7 +118,6 @@ void RunSection(ServiceProcess& service, const Plan& plan, const Options& option
     const uint64_t times = std::max<uint64_t>(1, options.cycles * plan.timesPerHundred / 100);
     const uint64_t warmUp = row.done == 0 ? std::max<uint64_t>(1, times / 10) : 0;
     if (row.done == 0) {
-        row.title = plan.section->Title();
         plan.section->Run(service, warmUp, row);
         LiveOnce(service, row);
         row.before = service.AwaitSettled();
@@ -164,7 +163,8 @@ bool WriteRecording(const std::string& path, std::vector<AONCallBackInfo> events
 void SoakScene(const Options& options, std::vector<Row>& rows,
                std::vector<AONCallBackInfo>& events) {
     const std::vector<Plan> plans = AllSections();
-    rows.resize(plans.size());
+    for (const Plan& plan : plans)
+        rows.emplace_back().title = plan.section->Title();
     ServiceProcess service({});
     if (!service.Serves()) return rows.front().Find("the service does not start");
     constexpr size_t kEvents = 16;
@@ -202,6 +202,7 @@ int Soak(const Options& options) {
     std::vector<AONCallBackInfo> events;
     SoakScene(options, rows, events);
     Row& eventRow = rows.emplace_back();
+    eventRow.title = EventSection().section->Title();
     if (!gInterrupted) {
         if (!WriteRecording(scratch.Recording(), events)) eventRow.Find("cannot write a recording");
         SoakEvents(options, scratch.Recording(), eventRow);
