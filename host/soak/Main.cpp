@@ -171,9 +171,10 @@ void SoakScene(const Options& options, std::vector<Row>& rows,
     LiveOnce(service, rows.front(), kEvents, &events);
     const auto end = steady_clock::now() + options.minutes;
     do {
-        for (size_t i = 0; i < plans.size() && !gInterrupted; ++i)
+        for (size_t i = 0; i < plans.size() && !gInterrupted && service.Serves(); ++i)
             RunSection(service, plans[i], options, rows[i]);
-    } while (!gInterrupted && steady_clock::now() < end && rows.front().findings.empty());
+    } while (!gInterrupted && service.Serves() && steady_clock::now() < end &&
+             rows.front().findings.empty());
     const std::string ended = service.End();
     if (!ended.empty()) rows.back().Find(ended);
 }
