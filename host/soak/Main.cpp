@@ -118,7 +118,6 @@ void RunSection(ServiceProcess& service, const Plan& plan, const Options& option
     const uint64_t times = std::max<uint64_t>(1, options.cycles * plan.timesPerHundred / 100);
     const uint64_t warmUp = row.done == 0 ? std::max<uint64_t>(1, times / 10) : 0;
     if (row.done == 0) {
-        row.title = plan.section->Title();
         plan.section->Run(service, warmUp, row);
         LiveOnce(service, row);
         row.before = service.AwaitSettled();
@@ -164,16 +163,18 @@ bool WriteRecording(const std::string& path, std::vector<AONCallBackInfo> events
 void SoakScene(const Options& options, std::vector<Row>& rows,
                std::vector<AONCallBackInfo>& events) {
     const std::vector<Plan> plans = AllSections();
-    rows.resize(plans.size());
+    for (const Plan& plan : plans)
+        rows.emplace_back().title = plan.section->Title();
     ServiceProcess service({});
     if (!service.Serves()) return rows.front().Find("the service does not start");
     constexpr size_t kEvents = 16;
     LiveOnce(service, rows.front(), kEvents, &events);
     const auto end = steady_clock::now() + options.minutes;
     do {
-        for (size_t i = 0; i < plans.size() && !gInterrupted; ++i)
+        for (size_t i = 0; i < plans.size() && !gInterrupted && service.Serves(); ++i)
             RunSection(service, plans[i], options, rows[i]);
-    } while (!gInterrupted && steady_clock::now() < end && rows.front().findings.empty());
+    } while (!gInterrupted && service.Serves() && steady_clock::now() < end &&
+             rows.front().findings.empty());
     const std::string ended = service.End();
     if (!ended.empty()) rows.back().Find(ended);
 }
@@ -202,6 +203,7 @@ int Soak(const Options& options) {
     std::vector<AONCallBackInfo> events;
     SoakScene(options, rows, events);
     Row& eventRow = rows.emplace_back();
+    eventRow.title = EventSection().section->Title();
     if (!gInterrupted) {
         if (!WriteRecording(scratch.Recording(), events)) eventRow.Find("cannot write a recording");
         SoakEvents(options, scratch.Recording(), eventRow);

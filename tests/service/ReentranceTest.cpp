@@ -1,6 +1,4 @@
-#include <atomic>
 #include <future>
-#include <thread>
 
 #include "tests/service/ServiceFixture.h"
 
@@ -79,48 +77,6 @@ TEST_F(Reentrance, LetsAnotherThreadsOperationWaitForTheDelivery) {
     release.set_value();
     EXPECT_EQ(starting.get(), kOk);
     EXPECT_EQ(stopping.get(), kOk);
-}
-
-TEST_F(Reentrance, SurvivesDeathsRegistrationsAndCamerasAllAtOnce) {
-    const auto manager = aon::AONManager::GetSingleton();
-    std::atomic<bool> done{false};
-    std::thread cameras([&] {
-        while (!done) {
-            manager->NotifyOpen(5);
-            manager->NotifyClose(5);
-        }
-    });
-    const auto event = std::make_unique<aov_event>();
-    std::thread events([&] {
-        while (!done)
-            manager->onCallback(event.get());
-    });
-    const auto live = [&] {
-        for (int i = 0; i < 40; ++i) {
-            RemoteClient client(service);
-            client.Register(3);
-            client.Subscribe(RemoteClient::Config(2, 3));
-            client.Start(3);
-            if (i % 2 == 0) client.Stop(1);
-            if (i % 3 == 0) client.BeginToDie();
-            client.Unsubscribe();
-        }
-    };
-    std::thread one(live), other(live);
-    one.join();
-    other.join();
-    done = true;
-    cameras.join();
-    events.join();
-    manager->NotifyClose(5);
-    manager->NotifyClose(5);
-    // Whatever happened, the next client finds a whole service.
-    RemoteClient last(service);
-    EXPECT_EQ(last.Register(3), kOk);
-    last.Unsubscribe();
-    EXPECT_EQ(last.Subscribe(RemoteClient::Config(1, 3)), kOk);
-    EXPECT_EQ(last.Start(3), kOk);
-    EXPECT_EQ(last.Stop(3), kOk);
 }
 
 }  // namespace

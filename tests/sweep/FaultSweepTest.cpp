@@ -47,7 +47,10 @@ std::vector<Fault> Faults() {
 
 class FaultSweep : public WholeService, public testing::WithParamInterface<Fault> {
   protected:
-    FaultSweep() { property_set("zarvo.aon.hal.mtk_dump_apu", "1"); }
+    FaultSweep() {
+        const bool dumps = GetParam().name.starts_with("dump");
+        property_set("zarvo.aon.hal.mtk_dump_apu", dumps ? "1" : "0");
+    }
 
     /** A client does everything, whatever the answers are, and dies; a camera comes and goes. */
     void Scenario() {

@@ -35,7 +35,13 @@ class WholeService : public testing::Test {
         mSimulator.Shutdown();
     }
 
-    static RemoteClient::SensorConfigInfo Config() { return RemoteClient::Config(0, kTypes); }
+    /** The smallest picture. */
+    static RemoteClient::SensorConfigInfo Config() {
+        auto config = RemoteClient::Config(0, kTypes);
+        config.frameWidth = 320;
+        config.frameHeight = 240;
+        return config;
+    }
 
     /** The next client finds everything as it should be. */
     void ExpectWhole() {
