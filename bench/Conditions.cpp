@@ -27,6 +27,16 @@ std::string Kernel() {
     return std::string(name.sysname) + ' ' + name.release + ' ' + name.machine;
 }
 
+std::string FirstLineOf(const char* path) {
+    std::ifstream file(path);
+    std::string line;
+    return std::getline(file, line) ? line : "unknown";
+}
+
+std::string Mebibytes(size_t bytes) {
+    return std::to_string(bytes >> 20) + " MiB";
+}
+
 std::string LoadAverage() {
     std::ifstream file("/proc/loadavg");
     std::string one;
@@ -60,8 +70,12 @@ Conditions ConditionsOf(int core, const Pace& pace) {
             {"core", std::to_string(core) + ", for all processes"},
             {"rounds", std::to_string(pace.rounds) + ", medians; blocks of " +
                                std::to_string(pace.block.count()) + " µs in turn"},
-            {"cold", "records over 4 times the last cache of " +
-                             std::to_string(Records::LastLevelCache() >> 20) + " MiB"}};
+            {"cold", "images in turn of " + Mebibytes(Records::ColdBytes(k640x480)) +
+                             " at 640x480, " + Mebibytes(Records::ColdBytes(k320x240)) +
+                             " at 320x240; the last cache has " +
+                             Mebibytes(Records::LastLevelCache()) + "; 64 bytes are warm"},
+            {"most sent", FirstLineOf("/proc/sys/net/core/wmem_max") +
+                                  " bytes (net.core.wmem_max), twice; wanted 524288"}};
 }
 
 }  // namespace zarvo::bench

@@ -59,7 +59,8 @@ void AddConversionRows(RowList& rows) {
         }
     }
     for (uint32_t serviceType = 0; serviceType <= 15; ++serviceType) {
-        rows.push_back({"conversion/types " + std::to_string(serviceType),
+        const char* const tens = serviceType < 10 ? "0" : "";
+        rows.push_back({"conversion/types " + (tens + std::to_string(serviceType)),
                         [serviceType](Run& run) { MeasureWithoutImage(run, serviceType); }});
     }
 }

@@ -20,9 +20,14 @@ namespace {
 
 constexpr char kVariable[] = "AON_RUNTIME_DIR";
 
-std::string ValueOf(const char* variable) {
+std::optional<std::string> ValueOf(const char* variable) {
     const char* const value = std::getenv(variable);
-    return value == nullptr ? "" : value;
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+void RemoveFolder(const std::string& path) {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
 }
 
 std::string ServiceName() {
@@ -31,17 +36,26 @@ std::string ServiceName() {
 
 }  // namespace
 
+RuntimeFolder* RuntimeFolder::sInnermost = nullptr;
+
 RuntimeFolder::RuntimeFolder()
-    : mFormer(ValueOf(kVariable)),
+    : mOuter(sInnermost),
+      mFormer(ValueOf(kVariable)),
       mPath(std::filesystem::temp_directory_path() / "aon-bench-XXXXXX") {
     Require(mkdtemp(mPath.data()) != nullptr, "cannot make a folder for sockets");
     setenv(kVariable, mPath.c_str(), 1);
+    sInnermost = this;
 }
 
 RuntimeFolder::~RuntimeFolder() {
-    setenv(kVariable, mFormer.c_str(), 1);
-    std::error_code ignored;
-    std::filesystem::remove_all(mPath, ignored);
+    mFormer ? setenv(kVariable, mFormer->c_str(), 1) : unsetenv(kVariable);
+    sInnermost = mOuter;
+    RemoveFolder(mPath);
+}
+
+void RuntimeFolder::RemoveAll() {
+    for (const RuntimeFolder* folder = sInnermost; folder != nullptr; folder = folder->mOuter)
+        RemoveFolder(folder->mPath);
 }
 
 ClientProcess::Answer ClientProcess::Order(Task task, uint64_t lives) {

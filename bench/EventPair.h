@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "bench/Client.h"
@@ -19,8 +20,14 @@ class RuntimeFolder {
     RuntimeFolder& operator=(const RuntimeFolder&) = delete;
     ~RuntimeFolder();
 
+    /** Removes the folders of all objects there are, for a process that ends at once. */
+    static void RemoveAll();
+
   private:
-    const std::string mFormer;
+    static RuntimeFolder* sInnermost;
+
+    RuntimeFolder* const mOuter;
+    const std::optional<std::string> mFormer;
     std::string mPath;
 };
 

@@ -41,7 +41,7 @@ void AddEventRows(RowList& rows) {
     constexpr uint32_t kNoResults = 16;
     constexpr std::pair<const char*, Shape> kShapes[] = {
             {"64 bytes", k64Bytes},
-            {"64 bytes, no results",
+            {"no results, 64 bytes",
              {.serviceType = kNoResults, .stride = k64Bytes.stride, .height = k64Bytes.height}},
             {"320x240", k320x240},
             {"640x480", k640x480},
@@ -51,7 +51,7 @@ void AddEventRows(RowList& rows) {
                             MeasureEvent(run, shape, Records::Source::kCold);
                         }});
     }
-    rows.push_back({"event/640x480, warm",
+    rows.push_back({"event/warm, 640x480",
                     [](Run& run) { MeasureEvent(run, k640x480, Records::Source::kWarm); }});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 
 #include "bench/Figures.h"
@@ -14,7 +15,7 @@ struct Goal {
         kAtMost,
         /** Theirs over ours is at least this. */
         kTimesFaster,
-        /** The figure itself is at most this. */
+        /** The figure itself is at most this, and no less than `least`. */
         kNumber,
     };
 
@@ -23,6 +24,8 @@ struct Goal {
     Kind kind;
     double goal;
     std::optional<double> stretch;
+    /** A number below this tells that not all was counted. */
+    double least = 0;
 
     /** What the figure reached, in the goal's terms. */
     double Reached(const Figure& figure) const;
@@ -37,5 +40,7 @@ struct Goal {
 
 /** The goal of a figure, or null. */
 const Goal* GoalOf(const Figure& figure);
+
+std::span<const Goal> AllGoals();
 
 }  // namespace zarvo::bench

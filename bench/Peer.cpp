@@ -19,6 +19,10 @@ namespace {
 
 constexpr int kCannotRun = 127;
 
+/** Room for the largest event, as the service's own sockets have: a floor that waits more often
+ * than the service would not be one. */
+constexpr int kMostUnreceived = 512 << 10;  // the system takes it twice
+
 /** Takes the first `sent` bytes off. */
 std::span<iovec> Skip(std::span<iovec> parts, size_t sent) {
     while (!parts.empty() && sent >= parts.front().iov_len) {
@@ -85,6 +89,8 @@ Peer::Peer(const std::vector<std::string>& command, int errors) {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
         Fail("cannot make sockets");
     }
+    for (const int socket : sockets)
+        setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kMostUnreceived, sizeof(kMostUnreceived));
     mSocket = host::FileDescriptor(sockets[0]);
     const host::FileDescriptor childs(sockets[1]);
     std::vector<char*> words;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace zarvo::bench {
 
@@ -92,8 +93,17 @@ std::string Legend(double y, const char* colour, const std::string& text) {
            TextAt(kLeft + 48, y, "start", text);
 }
 
+std::string Short(double value) {
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.3g", value);
+    return text;
+}
+
 std::string SlopeText(double slope, const std::string& unit) {
-    return ", " + Number(std::round(slope * 10'000) / 10'000) + " ns per " + unit;
+    constexpr std::pair<double, const char*> kUnits[] = {{1e6, " ms"}, {1e3, " µs"}};
+    for (const auto& [size, name] : kUnits)
+        if (std::abs(slope) >= size) return ", " + Short(slope / size) + name + " per " + unit;
+    return ", " + Short(slope) + " ns per " + unit;
 }
 
 }  // namespace

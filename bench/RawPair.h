@@ -11,7 +11,8 @@ namespace zarvo::bench {
 /**
  * The floor of an event between two processes: nothing but the system calls that it takes. A ping
  * of 32 bytes is answered with 32; then the event goes out scatter-gather in one message, from
- * where its bytes lie, and is answered with 32. Used by one thread.
+ * where its bytes lie, and is answered with 32. The sockets have room for the largest event, as far
+ * as the system allows, so that each of the two is sent at once. Used by one thread.
  */
 class RawPair {
   public:

@@ -12,7 +12,8 @@ namespace {
 constexpr uint32_t kOutputBytes = 228'096;
 constexpr size_t kFusionOffset = 199'680;
 constexpr size_t kCaches = 4;
-constexpr size_t kMostRecords = 1024;
+constexpr size_t kMostRecords = 2048;
+constexpr size_t kTinyImage = 4096;
 
 /** Any bytes do, as long as they are not all the same page of zeros. */
 void FillBytes(std::span<uint8_t> bytes, uint32_t seed) {
@@ -40,9 +41,9 @@ void Fill(aov_event& event, const Shape& shape, uint32_t number) {
 }
 
 size_t CountOf(const Shape& shape, Records::Source source) {
-    if (source == Records::Source::kWarm) return 1;
-    const size_t eventBytes = std::max<size_t>(shape.ImageBytes(), 4096);
-    return std::clamp<size_t>(kCaches * Records::LastLevelCache() / eventBytes, 2, kMostRecords);
+    if (source == Records::Source::kWarm || shape.ImageBytes() < kTinyImage) return 1;
+    const size_t wanted = kCaches * Records::LastLevelCache() / shape.ImageBytes() + 1;
+    return std::min(wanted, kMostRecords);
 }
 
 }  // namespace
@@ -51,6 +52,10 @@ Records::Records(const Shape& shape, Source source)
     : mCount(CountOf(shape, source)), mEvents(std::make_unique_for_overwrite<aov_event[]>(mCount)) {
     for (size_t i = 0; i < mCount; ++i)
         Fill(mEvents[i], shape, static_cast<uint32_t>(i));
+}
+
+size_t Records::ColdBytes(const Shape& shape) {
+    return CountOf(shape, Source::kCold) * shape.ImageBytes();
 }
 
 size_t Records::LastLevelCache() {

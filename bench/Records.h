@@ -33,7 +33,8 @@ inline std::span<const uint8_t> ImageOf(const aov_event& event, size_t bytes) {
 
 /**
  * Records of one shape, handed out in turn. Cold ones are so many that each has left the caches
- * when its turn comes again; warm is a single one. All contestants of a race take theirs from the
+ * when its turn comes again; warm is a single one, and so is that of a shape without image or with
+ * a tiny one, too many of which it would take. All contestants of a race take theirs from the
  * same ring, or one would warm the other's. Used by one thread.
  */
 class Records {
@@ -47,6 +48,8 @@ class Records {
         return mEvents[mNext];
     }
 
+    /** Bytes of all the images of a cold shape. */
+    static size_t ColdBytes(const Shape& shape);
     /** Bytes of the cache that cold records must not fit in, as the system tells. */
     static size_t LastLevelCache();
 

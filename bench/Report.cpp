@@ -23,10 +23,13 @@ std::string Short(double value, const char* format) {
     return text;
 }
 
+/** A unit of nanoseconds, alone or per something, is scaled to the value. */
 std::string Amount(double value, const std::string& unit) {
-    if (unit != "ns") return Short(value, value < 100 ? "%.3g " : "%.0f ") + unit;
-    if (value < 1000) return Short(value, "%.1f ns");
-    return Short(value / 1000, value < 100'000 ? "%.2f µs" : "%.1f µs");
+    if (!unit.starts_with("ns")) return Short(value, value < 100 ? "%.3g " : "%.0f ") + unit;
+    const std::string rest = unit.substr(2);
+    if (value < 1e3) return Short(value, "%.3g ns") + rest;
+    if (value < 1e7) return Short(value / 1e3, value < 1e5 ? "%.2f µs" : "%.1f µs") + rest;
+    return Short(value / 1e6, "%.1f ms") + rest;
 }
 
 std::string Verdict(const Goal& goal, const Figure& figure) {

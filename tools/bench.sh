@@ -26,7 +26,7 @@ $BENCH/figures.json, too.
 $(rows "${BENCH_ROWS[@]}")
 
   --quick       shorter rounds, and no memory rows: some seconds in place of some minutes
-  --check       fail when an allocation or a page fault too many was counted
+  --check       fail when more or fewer allocations or page faults were counted than a goal has
   --only ROW    only the rows whose names begin so, such as conversion or event/640x480
   --write-docs  also write the table and the plots to $BENCH_DOCS; a whole run
 

@@ -1,5 +1,7 @@
 #include "host/binder/RecycledBlock.h"
 
+#include <sanitizer/asan_interface.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -10,19 +12,7 @@ namespace zarvo::host {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define AON_SEES_EVERY_USE 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define AON_SEES_EVERY_USE 1
-#endif
-#endif
-#ifdef AON_SEES_EVERY_USE
-// A sanitizer must see what is used after its end.
-constexpr size_t kMostBlocks = 0;
-#else
 constexpr size_t kMostBlocks = 8;
-#endif
 
 struct Block {
     void* data;
@@ -31,7 +21,7 @@ struct Block {
 
 /** Of this thread, the latest last. Without destructor: blocks end also after FreeAtEnd. */
 struct Kept {
-    std::array<Block, kMostBlocks + 1> blocks;
+    std::array<Block, kMostBlocks> blocks;
     size_t count;
     size_t bytes;
     bool isOver;
@@ -47,6 +37,7 @@ Block TakeAt(Kept& kept, size_t index) {
     --kept.count;
     kept.bytes -= block.size;
     gKeptByAll.fetch_sub(block.size, std::memory_order_relaxed);
+    ASAN_UNPOISON_MEMORY_REGION(block.data, block.size);
     return block;
 }
 
@@ -65,19 +56,27 @@ size_t Rounded(size_t bytes) {
     return (bytes + unit - 1) & ~(unit - 1);
 }
 
-bool MayKeep(const Kept& kept, size_t size) {
-    return !kept.isOver && kMostBlocks > 0 && size <= RecycledBlock::kMostKept &&
-           gKeptByAll.load(std::memory_order_relaxed) + size <= RecycledBlock::kMostKeptByAll;
+/** Counts the bytes as kept, unless that would be too many. */
+bool Reserve(size_t bytes) {
+    const size_t before = gKeptByAll.fetch_add(bytes, std::memory_order_relaxed);
+    if (before + bytes <= RecycledBlock::kMostKeptByAll) return true;
+    gKeptByAll.fetch_sub(bytes, std::memory_order_relaxed);
+    return false;
 }
 
-void Keep(Kept& kept, Block block) {
+/** False if the block is not to be kept. */
+bool Keep(Kept& kept, Block block) {
+    if (kept.isOver || block.size > RecycledBlock::kMostKept) return false;
     static thread_local const FreeAtEnd freeAtEnd;
     static_cast<void>(freeAtEnd);
     while (kept.count == kMostBlocks || kept.bytes + block.size > RecycledBlock::kMostKept)
         std::free(TakeAt(kept, 0).data);
+    if (!Reserve(block.size)) return false;
+    // Whoever uses it after its end is told of by the address sanitizer.
+    ASAN_POISON_MEMORY_REGION(block.data, block.size);
     kept.blocks[kept.count++] = block;
     kept.bytes += block.size;
-    gKeptByAll.fetch_add(block.size, std::memory_order_relaxed);
+    return true;
 }
 
 }  // namespace
@@ -99,8 +98,7 @@ RecycledBlock RecycledBlock::Adopt(void* data, size_t bytes) {
 }
 
 void RecycledBlock::Recycle() {
-    Kept& kept = tKept;
-    MayKeep(kept, mSize) ? Keep(kept, {mData, mSize}) : std::free(mData);
+    if (!Keep(tKept, {mData, mSize})) std::free(mData);
 }
 
 }  // namespace zarvo::host

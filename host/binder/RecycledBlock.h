@@ -13,14 +13,14 @@ namespace zarvo::host {
  * kMostKeptByAll by the process; a thread's end frees its own. As thread-safe as a plain pointer;
  * a block may end on another thread than the one it was made on.
  */
-class RecycledBlock {
+class [[gnu::visibility("default")]] RecycledBlock {
   public:
     /** Room for one event with a picture. */
     static constexpr size_t kMostKept = size_t{1} << 20;
     static constexpr size_t kMostKeptByAll = 8 * kMostKept;
 
     RecycledBlock() = default;
-    RecycledBlock(RecycledBlock&& other) noexcept
+    RecycledBlock(RecycledBlock && other) noexcept
         : mData(std::exchange(other.mData, nullptr)), mSize(std::exchange(other.mSize, 0)) {}
     RecycledBlock& operator=(RecycledBlock other) noexcept {
         std::swap(mData, other.mData);
@@ -34,8 +34,12 @@ class RecycledBlock {
     /** A block of at least `bytes`, and not many more than twice that; none for want of memory. */
     static RecycledBlock Of(size_t bytes);
 
-    void* Data() const { return mData; }
-    size_t Size() const { return mSize; }
+    void* Data() const {
+        return mData;
+    }
+    size_t Size() const {
+        return mSize;
+    }
     /** Hands the block to the caller, for Adopt. */
     [[nodiscard]] void* Release() {
         mSize = 0;

@@ -7,7 +7,8 @@ namespace {
 /** The other end owes no more for what a full socket holds. */
 constexpr size_t kMostReceivedWhileSending = 4096;
 
-/** Room for the largest event, so that it is sent at once and wakes the other end once. */
+/** Room for the largest event, so that it is sent at once and wakes the other end once.
+ * Where the system allows less, a large one goes out in parts as they are taken. */
 constexpr int kMostUnreceived = 1 << 20;
 
 }  // namespace

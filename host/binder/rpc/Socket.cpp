@@ -132,6 +132,10 @@ void Socket::LimitReceiveTime(Deadline deadline) const {
 }
 
 void Socket::SetRoomForUnreceived(int bytes) const {
+    int have = 0;
+    socklen_t length = sizeof(have);
+    getsockopt(mFd, SOL_SOCKET, SO_SNDBUF, &have, &length);
+    if (have >= bytes) return;
     // The system takes it twice, for what it needs besides.
     const int half = bytes / 2;
     setsockopt(mFd, SOL_SOCKET, SO_SNDBUF, &half, sizeof(half));

@@ -60,7 +60,8 @@ class ABINDER_API Socket {
     bool ReceiveAll(void* to, size_t length) const;
     /** From here on a Receive fails that gets nothing for as long as it is to `deadline` now. */
     void LimitReceiveTime(Deadline deadline) const;
-    /** Lets so many bytes that were sent wait for the other end, as far as the system allows. */
+    /** Lets at least so many bytes that were sent wait for the other end, as far as the system
+     * allows: up to twice net.core.wmem_max, which by default is 212992. */
     void SetRoomForUnreceived(int bytes) const;
     /** Ends the connection for both ends, and wakes who waits on it. */
     void Shutdown() const;
