@@ -60,7 +60,7 @@ duration() { printf '%dm%02ds' $(($1 / 60)) $(($1 % 60)); }
 run_step() {
     local step="$1" hint="$2" log="build/log/$1.log" start="$SECONDS" status
     mkdir -p build/log
-    printf '%-8s' "$step"
+    printf '%-9s' "$step"
     set +e
     (set -e && "step_$step") >"$log" 2>&1
     status=$?
