@@ -61,32 +61,12 @@ class DumpWhileBusy : public DumpFixture {
     std::promise<void> mInside, mRelease;
 };
 
-TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAState) {
-    RemoteClient client(service);
-    client.Register(3);
-    client.Subscribe(RemoteClient::Config(1, 3));
-    client.callback->SetInState([&] { Hang(); });
-    ExpectParts(LookDuring([&] { client.Start(3); }),
-                {"operation under way:\n  name: startService\n  pid: ",
-                 "-  client 1  callback onSensorStateChanged  for ",
-                 "wishes unknown: somebody has the service's lock\n", "running: yes\n"});
-}
-
-TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAnEvent) {
-    RemoteClient client(service);
-    Run(client, 3, 3);
-    client.callback->SetInEvent([&] { Hang(); });
-    ExpectParts(LookDuring([&] { Deliver(3); }),
-                {"-  client 1  callback onAONEvent  for ", "-  client 1  registered 3",
-                 "from the stream: 1\n", "delivered: 0\n"});
-}
-
 TEST_F(DumpWhileBusy, AnswersWhileTheStreamHangs) {
     RemoteClient client(service);
     Run(client, 3, 3);
     stream.SetHooks({}, [&] { Hang(); });
     ExpectParts(LookDuring([&] { client.Stop(3); }),
-                {"operation under way:\n  name: stopService\n", "inside clients: none\n"});
+                {"operation under way:\n  name: stopService\n  pid: ", "inside clients: none\n"});
     stream.SetHooks({}, {});
 }
 
