@@ -1,6 +1,3 @@
-#include <future>
-#include <thread>
-
 #include <cutils/properties.h>
 
 #include "tests/manager/ManagerFixture.h"
@@ -70,21 +67,6 @@ TEST_F(StreamControl, WritesTheStartRecordAtItsOffsets) {
                                                 {144, 10},
                                                 {192, 320},
                                                 {196, 240}}));
-}
-
-TEST_F(StreamControl, LowersTheRateInMdModeForTwoSetsOfTypes) {
-    struct Case {
-        int deliveryMode, serviceType, frameRate, mdFrameRate;
-    };
-    const Case cases[] = {{1, 5, 10, 0},  {1, 1, 10, 0},  {0, 5, 2, 10},   {0, 1, 3, 10},
-                          {0, 3, 10, 10}, {7, 4, 10, 10}, {-1, 13, 10, 10}};
-    for (const Case& c : cases) {
-        Subscribe(1, 10, c.deliveryMode);
-        ASSERT_EQ(mManager->StartService(c.serviceType), 0);
-        EXPECT_EQ(mStream.Starts().back().frameRate, c.frameRate);
-        EXPECT_EQ(mStream.Starts().back().mdFrameRate, c.mdFrameRate);
-        mManager->StopService();
-    }
 }
 
 TEST_F(StreamControl, KnowsTheBitDepthsOfBothImages) {
@@ -172,26 +154,6 @@ TEST_F(StreamControl, KeepsItsReceiverWhenItIsOfferedNone) {
     EXPECT_EQ(mManager->StopService(), 0);
     EXPECT_TRUE(mReceiver->Take().empty());
     EXPECT_EQ(mReceiver.use_count(), 1);
-}
-
-TEST_F(StreamControl, DropsAnEventWhileItIsBusy) {
-    Subscribe(2);
-    std::promise<void> inStart, release;
-    mStream.SetHooks(
-            [&] {
-                inStart.set_value();
-                release.get_future().wait();
-            },
-            {});
-    auto starting = std::async(std::launch::async, [&] { return mManager->StartService(1); });
-    inStart.get_future().wait();
-    mLog.Take();
-    mManager->onCallback(nullptr);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: onCallback can not get lock"});
-    release.set_value();
-    EXPECT_EQ(starting.get(), 0);
-    EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
-    mStream.SetHooks({}, {});
 }
 
 TEST_F(StreamControl, MayBeCalledFromInsideItsReports) {
