@@ -20,24 +20,20 @@ class CameraArbitration : public ManagerFixture {
 TEST_F(CameraArbitration, TellsAStopByTheBusyNoticeWhenTheCameraTakesTheSensor) {
     Run(2);
     mManager->NotifyOpen(5);
-    EXPECT_EQ(mReceiver->Take(2), (Lines{"busy 2", "busy 3"}));
+    ExpectSeen({"notify open 2,3", "stop"}, {"busy 2", "busy 3"},
+               {"I: NotifyOpen:5", "I: mOpenDeviceMap add instanceId=5 sensorIds:2,3,",
+                "W: stop by sensor suspend", "I: AovStream paused, mOpenedSensorId=2",
+                "I: stop sensor success"});
     EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"notify open 2,3", "stop"}));
-    EXPECT_EQ(mLog.TakeTexts(),
-              (Lines{"I: AONManager: NotifyOpen:5",
-                     "I: AONManager: mOpenDeviceMap add instanceId=5 sensorIds:2,3,",
-                     "W: AONManager: stop by sensor suspend",
-                     "I: AONManager: AovStream paused, mOpenedSensorId=2",
-                     "I: AONManager: stop sensor success"}));
 }
 
 TEST_F(CameraArbitration, TellsTheStopOfASensorThatTheCameraDoesNotUse) {
     Run(0);
     mManager->NotifyOpen(5);
     EXPECT_EQ(mReceiver->Take(3), (Lines{"busy 2", "busy 3", "stop 0"}));
-    EXPECT_TRUE(
-            mLog.WaitFor("Camera use other sensor, this sensor id:0 stop, not support more "
-                         "than one sensor running"));
+    EXPECT_EQ(TakeLines().back(),
+              "I: Camera use other sensor, this sensor id:0 stop, not support more than one sensor "
+              "running");
 }
 
 TEST_F(CameraArbitration, RefusesTheSensorUntilTheCameraIsClosed) {
@@ -45,17 +41,13 @@ TEST_F(CameraArbitration, RefusesTheSensorUntilTheCameraIsClosed) {
     mReceiver->Take(2);
     Subscribe(2);
     EXPECT_EQ(mManager->StartService(1), -19);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: sensor 2 is in used, CameraDevice 5 with "
-                                      "sensorIds:2,3, is opened."});
-    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-
+    ExpectSeen({"notify open 2,3"}, {},
+               {"I: sensor 2 is in used, CameraDevice 5 with sensorIds:2,3, is opened."});
     mManager->NotifyClose(5);
-    EXPECT_EQ(mReceiver->Take(2), (Lines{"idle 2", "idle 3"}));
-    EXPECT_EQ(mLog.TakeTexts(),
-              (Lines{"I: AONManager: AONManager::NotifyClose:5",
-                     "I: AONManager: mOpenDeviceMap erase instanceId=5 sensorIds:2,3,"}));
+    ExpectSeen({"notify close 2,3"}, {"idle 2", "idle 3"},
+               {"I: AONManager::NotifyClose:5",
+                "I: mOpenDeviceMap erase instanceId=5 sensorIds:2,3,"});
     EXPECT_EQ(mManager->StartService(1), 0);
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"notify open 2,3", "notify close 2,3", "start 2"}));
 }
 
 TEST_F(CameraArbitration, ManagesWithoutTheDeviceListAndWithARefusingStream) {
@@ -86,7 +78,7 @@ TEST_F(CameraArbitration, StopsTheStreamWithoutAReceiverButTellsNobody) {
     mLog.Take();
     mManager->NotifyOpen(6);
     EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_EQ(mLog.TakeTexts().back(), "W: AONManager: mCallback is null");
+    EXPECT_EQ(TakeLines().back(), "W: mCallback is null");
     mManager->NotifyClose(6);
     EXPECT_TRUE(mLog.WaitFor("No needs to notify onResume, mCallback=(nil), sensorIds:0,."));
     EXPECT_TRUE(mReceiver->Take().empty());
