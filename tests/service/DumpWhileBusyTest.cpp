@@ -3,7 +3,6 @@
 #include <chrono>
 #include <functional>
 #include <future>
-#include <thread>
 
 #include "tests/service/DumpFixture.h"
 
@@ -11,8 +10,6 @@ namespace zarvo::test {
 namespace {
 
 using Hook = std::function<void()>;
-using DumpRace = DumpFixture;
-
 using Clock = std::chrono::steady_clock;
 
 /** What a look may take while something hangs; a sanitizer makes everything slower. */
@@ -109,45 +106,6 @@ TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsVersion) {
 
 TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsHash) {
     ExpectSeen(ndk::SharedRefBase::make<LateCallback>(Hook(), [&] { Hang(); }), "getInterfaceHash");
-}
-
-TEST_F(DumpRace, RacesWithAllThatItShows) {
-    const auto manager = aon::AONManager::GetSingleton();
-    std::atomic<bool> done{false};
-    const auto repeat = [&](Hook what) {
-        return std::thread([&done, what = std::move(what)] {
-            while (!done)
-                what();
-        });
-    };
-    std::thread others[] = {
-            repeat([&] {
-                ExpectParts(Look(), {"service:\n", "latest changes:"});
-            }),
-            repeat([&] { ExpectParts(Look({"--json"}), {R"("latestChanges":[)"}); }),
-            repeat([&, event = std::make_shared<aov_event>()] {
-                manager->onCallback(event.get());
-            }),
-            repeat([&] {
-                manager->NotifyOpen(5);
-                manager->NotifyClose(5);
-            })};
-    for (int i = 0; i < 30; ++i) {
-        RemoteClient client(service);
-        EXPECT_EQ(client.Register(3), kOk);
-        client.Subscribe(RemoteClient::Config(1, 3));
-        client.Start(3);
-        client.Stop(1);
-        client.Stop(3);
-        client.Unsubscribe();
-        EXPECT_EQ(client.Unregister(), kOk);
-    }
-    done = true;
-    for (std::thread& other : others)
-        other.join();
-    manager->NotifyClose(5);
-    manager->NotifyClose(5);
-    ExpectParts(Look(), {"registered clients: none\n", "wishes: none\n", "open cameras: none\n"});
 }
 
 }  // namespace
