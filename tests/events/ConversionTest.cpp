@@ -1,7 +1,6 @@
 #include "events/AONManagerCallback.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 

@@ -44,7 +44,7 @@ TEST_F(StreamControl, WritesTheStartRecordAtItsOffsets) {
             TakeLines(),
             (Lines{"I: open md mode, change 10 fps to 2 --", CallbackLine(1), "W: unknown depth=9",
                    "I: start sensor->id:3, t:5, w:320, h:240, f:2", "I: start sensor success:5"}));
-    EXPECT_TRUE(mStream.LastStartHadCallback());
+    EXPECT_EQ(mStream.Callback(), mManager);
 
     const user_param start = mStream.Starts().back();
     const auto* bytes = reinterpret_cast<const uint8_t*>(&start);

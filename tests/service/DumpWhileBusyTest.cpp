@@ -29,8 +29,8 @@ class DumpWhileBusy : public DumpFixture {
         mRelease.get_future().wait();
     }
     /** Runs what comes to Hang(), and gives what is seen meanwhile. */
-    std::string LookDuring(Hook busy) {
-        auto working = std::async(std::launch::async, std::move(busy));
+    std::string LookDuring(const Hook& busy) {
+        auto working = std::async(std::launch::async, busy);
         mInside.get_future().wait();
         auto looking = std::async(std::launch::async, [&] { return LookSoon(); });
         EXPECT_EQ(looking.wait_for(kPatience), std::future_status::ready);
