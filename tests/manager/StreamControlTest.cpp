@@ -82,10 +82,11 @@ TEST_F(StreamControl, ReplacesARunningStreamWithoutReportingItsStop) {
     Run(2, 1);
     Subscribe(3);
     EXPECT_EQ(mManager->StartService(4), 0);
+    const std::string running =
+            "W: AovStream is running with sensorId 2, please stop() the previous stream before "
+            "start() a new one.";
     ExpectSeen({"stop", "start 3"}, {"start 3"},
-               {"W: AovStream is running with sensorId 2, please stop() the previous stream before "
-                "start() a new one.",
-                "I: stop sensor success", CallbackLine(),
+               {running, "I: stop sensor success", CallbackLine(),
                 "I: start sensor->id:3, t:4, w:640, h:480, f:10", "I: start sensor success:4"});
 }
 
