@@ -90,53 +90,5 @@ TEST_F(FanOut, CountsAnEventThatTheClientRefusesAsFailed) {
     EXPECT_EQ(mRegistry->Counters().delivered.Count(), 0U);
 }
 
-TEST_F(FanOut, RemembersTheSensorsThatAreNotIdleUntilItIsCleared) {
-    Report(3, 2);
-    Report(1, 1);
-    Report(5, 1);
-    Report(5, 2);
-    Report(5, 0);
-    Report(9, 0);
-    const RemoteCallback client, next;
-    Register(client.proxy);
-    EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{1, 1}, {3, 2}}));
-    EXPECT_EQ(mRegistry->Counters().statesDelivered.Count(), 2U);
-    EXPECT_EQ(client.local->Handle(), 1);
-    Report(3, 0);
-    EXPECT_EQ(client.local->TakeStates(), (std::vector<State>{{3, 0}}));
-
-    LogRecorder log;
-    mRegistry->Clear();
-    EXPECT_EQ(log.TakeTexts(), Lines{"I: RemoteCallbackManager: RemoteCallbackManager clear"});
-    EXPECT_FALSE(mRegistry->CheckClientHandleRegistered(1));
-    EXPECT_EQ(Register(next.proxy), 1);
-    EXPECT_TRUE(next.local->TakeStates().empty());
-}
-
-TEST_F(FanOut, StandsEventsAndRegistrationsAtTheSameTime) {
-    const RemoteCallback one, other;
-    std::atomic<bool> done{false};
-    std::thread events([&] {
-        AONCallBackInfo event;
-        while (!done)
-            mRegistry->OnAONEvent(event);
-    });
-    std::thread states([&] {
-        while (!done)
-            Report(1, 1);
-    });
-    for (int i = 0; i < 100; ++i) {
-        int64_t handle = 0;
-        mRegistry->RegisterClient(i % 2 == 0 ? one.proxy : other.proxy, &handle);
-        if (i % 3 == 0) mRegistry->Clear();
-        if (i % 3 == 1) mRegistry->UnregisterClient(handle);
-    }
-    done = true;
-    events.join();
-    states.join();
-    mRegistry->Clear();
-    EXPECT_EQ(Register(one.proxy), 1);
-}
-
 }  // namespace
 }  // namespace zarvo::test

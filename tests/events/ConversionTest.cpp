@@ -1,7 +1,6 @@
 #include "events/AONManagerCallback.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,10 +23,9 @@ using test::RawEvent;
 class Sink : public IOutEventCallback {
   public:
     void OnAONEvent(AONCallBackInfo& info) override { events.push_back(info); }
-    void OnAONSensorEvent(AONSensorStateInfo& info) override { states.push_back(info); }
+    void OnAONSensorEvent(AONSensorStateInfo& /*info*/) override {}
 
     std::vector<AONCallBackInfo> events;
-    std::vector<AONSensorStateInfo> states;
 };
 
 class Conversion : public testing::Test {
@@ -129,19 +127,6 @@ TEST_F(Conversion, IgnoresANullEventAndDropsEverythingWithoutAReceiver) {
     deaf->onCallback(mEvent.get());
     deaf->OnServiceStart(1);
     EXPECT_EQ(log.TakeTexts().size(), 1U);  // converted and logged all the same
-}
-
-TEST_F(Conversion, TurnsEachReportIntoItsState) {
-    mTranslator->OnServiceStart(3);
-    mTranslator->OnServiceStop(4);
-    mTranslator->OnSensorIdle(5);
-    mTranslator->OnSensorBusy(6);
-    ASSERT_EQ(mSink->states.size(), 4U);
-    const int expected[][2] = {{3, 1}, {4, 0}, {5, 0}, {6, 2}};
-    for (size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(mSink->states[i].sensorId, expected[i][0]);
-        EXPECT_EQ(mSink->states[i].state, expected[i][1]);
-    }
 }
 
 }  // namespace

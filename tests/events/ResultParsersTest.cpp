@@ -97,18 +97,15 @@ TEST(ResultParsers, TakeTheirNumbersFromTheDocumentedPlaces) {
     EXPECT_EQ(results[0].value.get<Tag::floatValue>(), 12.5F);
     EXPECT_EQ(Int(results[1]), 2);
     EXPECT_EQ(Int(results[2]), 20);
-    const std::vector<float>& fusion = Floats(results[3]);
-    ASSERT_EQ(fusion.size(), 40U);
-    EXPECT_EQ(fusion[0], -1.0F);
-    EXPECT_EQ(fusion[1], 0.25F);
-    EXPECT_EQ(fusion[19], 7.75F);
-    EXPECT_EQ(fusion[20], 3.0F);
-    ASSERT_EQ(Floats(results[4]).size(), 14U);
-    EXPECT_EQ(Floats(results[4]).front(), 1.5F);
-    EXPECT_EQ(Floats(results[4]).back(), 14.5F);
-    ASSERT_EQ(Floats(results[5]).size(), 6U);
-    EXPECT_EQ(Floats(results[5]).front(), -0.5F);
-    EXPECT_EQ(Floats(results[5]).back(), 6.5F);
+    const struct {
+        size_t result, length, index;
+        float value;
+    } places[] = {{3, 40, 0, -1.0F}, {3, 40, 1, 0.25F},  {3, 40, 19, 7.75F}, {3, 40, 20, 3.0F},
+                  {4, 14, 0, 1.5F},  {4, 14, 13, 14.5F}, {5, 6, 0, -0.5F},   {5, 6, 5, 6.5F}};
+    for (const auto& place : places) {
+        ASSERT_EQ(Floats(results[place.result]).size(), place.length);
+        EXPECT_EQ(Floats(results[place.result])[place.index], place.value);
+    }
     ASSERT_EQ(Bytes(results[6]).size(), 128U);
     EXPECT_EQ(Bytes(results[6]).front(), 0xF0);
     EXPECT_EQ(Bytes(results[6]).back(), 0x0F);

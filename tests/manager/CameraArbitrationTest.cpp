@@ -14,47 +14,26 @@ using test::ScriptedStream;
 
 class CameraArbitration : public ManagerFixture {
   protected:
-    CameraArbitration() { mModules.SetDevices({{5, {2, 3}}, {6, {0}}, {-1, {1}}}); }
-
-    /** The close of an unknown device has nothing to tell, but comes after all before it. */
-    void LetNotificationsEnd() {
-        mManager->NotifyClose(999);
-        mManager->NotifyClose(999);
-    }
+    CameraArbitration() { mModules.SetDevices({{5, {2, 3}}, {6, {0}}}); }
 };
 
 TEST_F(CameraArbitration, TellsAStopByTheBusyNoticeWhenTheCameraTakesTheSensor) {
     Run(2);
     mManager->NotifyOpen(5);
-    EXPECT_EQ(mReceiver->Take(2), (Lines{"busy 2", "busy 3"}));
+    ExpectSeen({"notify open 2,3", "stop"}, {"busy 2", "busy 3"},
+               {"I: NotifyOpen:5", "I: mOpenDeviceMap add instanceId=5 sensorIds:2,3,",
+                "W: stop by sensor suspend", "I: AovStream paused, mOpenedSensorId=2",
+                "I: stop sensor success"});
     EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"notify open 2,3", "stop"}));
-    EXPECT_EQ(mLog.TakeTexts(),
-              (Lines{"I: AONManager: NotifyOpen:5",
-                     "I: AONManager: mOpenDeviceMap add instanceId=5 sensorIds:2,3,",
-                     "W: AONManager: stop by sensor suspend",
-                     "I: AONManager: AovStream paused, mOpenedSensorId=2",
-                     "I: AONManager: stop sensor success"}));
-    LetNotificationsEnd();
-    EXPECT_TRUE(mReceiver->Take().empty());
 }
 
 TEST_F(CameraArbitration, TellsTheStopOfASensorThatTheCameraDoesNotUse) {
     Run(0);
     mManager->NotifyOpen(5);
     EXPECT_EQ(mReceiver->Take(3), (Lines{"busy 2", "busy 3", "stop 0"}));
-    EXPECT_TRUE(
-            mLog.WaitFor("Camera use other sensor, this sensor id:0 stop, not support more "
-                         "than one sensor running"));
-}
-
-TEST_F(CameraArbitration, OnlyTellsBusySensorsWhenNothingRuns) {
-    Subscribe(0);
-    mManager->NotifyOpen(5);
-    EXPECT_EQ(mReceiver->Take(2), (Lines{"busy 2", "busy 3"}));
-    LetNotificationsEnd();
-    EXPECT_TRUE(mReceiver->Take().empty());
-    EXPECT_EQ(mManager->StartService(1), 0);  // another sensor is free
+    EXPECT_EQ(TakeLines().back(),
+              "I: Camera use other sensor, this sensor id:0 stop, not support more than one sensor "
+              "running");
 }
 
 TEST_F(CameraArbitration, RefusesTheSensorUntilTheCameraIsClosed) {
@@ -62,44 +41,13 @@ TEST_F(CameraArbitration, RefusesTheSensorUntilTheCameraIsClosed) {
     mReceiver->Take(2);
     Subscribe(2);
     EXPECT_EQ(mManager->StartService(1), -19);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: sensor 2 is in used, CameraDevice 5 with "
-                                      "sensorIds:2,3, is opened."});
-    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-
+    ExpectSeen({"notify open 2,3"}, {},
+               {"I: sensor 2 is in used, CameraDevice 5 with sensorIds:2,3, is opened."});
     mManager->NotifyClose(5);
-    EXPECT_EQ(mReceiver->Take(2), (Lines{"idle 2", "idle 3"}));
-    EXPECT_EQ(mLog.TakeTexts(),
-              (Lines{"I: AONManager: AONManager::NotifyClose:5",
-                     "I: AONManager: mOpenDeviceMap erase instanceId=5 sensorIds:2,3,"}));
+    ExpectSeen({"notify close 2,3"}, {"idle 2", "idle 3"},
+               {"I: AONManager::NotifyClose:5",
+                "I: mOpenDeviceMap erase instanceId=5 sensorIds:2,3,"});
     EXPECT_EQ(mManager->StartService(1), 0);
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"notify open 2,3", "notify close 2,3", "start 2"}));
-}
-
-TEST_F(CameraArbitration, IsNotHeldUpByADeviceWithoutAnId) {
-    mManager->NotifyOpen(-1);
-    mReceiver->Take(1);
-    Subscribe(1);
-    EXPECT_EQ(mManager->StartService(1), 0);
-}
-
-TEST_F(CameraArbitration, KeepsTheFirstListOfADeviceThatOpensTwice) {
-    mManager->NotifyOpen(6);
-    mReceiver->Take(1);
-    mModules.SetDevices({{6, {1}}});
-    mStream.TakeCalls();
-    mLog.Take();
-    mManager->NotifyOpen(6);
-    EXPECT_EQ(mReceiver->Take(1), Lines{"busy 0"});
-    EXPECT_EQ(mLog.TakeTexts()[1], "I: AONManager: mOpenDeviceMap add instanceId=6 sensorIds:0,");
-    EXPECT_EQ(mStream.TakeCalls(), Lines{"notify open 1"});
-}
-
-TEST_F(CameraArbitration, HasNothingToTellOfAnUnknownDevice) {
-    mManager->NotifyClose(42);
-    EXPECT_TRUE(mLog.WaitFor("mOpenDeviceMap erase instanceId=42 sensorIds:"));
-    LetNotificationsEnd();
-    EXPECT_TRUE(mReceiver->Take().empty());
-    EXPECT_EQ(mStream.TakeCalls()[0], "notify close");
 }
 
 TEST_F(CameraArbitration, ManagesWithoutTheDeviceListAndWithARefusingStream) {
@@ -130,7 +78,7 @@ TEST_F(CameraArbitration, StopsTheStreamWithoutAReceiverButTellsNobody) {
     mLog.Take();
     mManager->NotifyOpen(6);
     EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_EQ(mLog.TakeTexts().back(), "W: AONManager: mCallback is null");
+    EXPECT_EQ(TakeLines().back(), "W: mCallback is null");
     mManager->NotifyClose(6);
     EXPECT_TRUE(mLog.WaitFor("No needs to notify onResume, mCallback=(nil), sensorIds:0,."));
     EXPECT_TRUE(mReceiver->Take().empty());
@@ -170,31 +118,21 @@ TEST_F(CameraArbitration, KeepsNotificationsInTheOrderOfTheirCalls) {
     EXPECT_EQ(mReceiver->Take(expected.size()), expected);
 }
 
-TEST_F(CameraArbitration, NamesItsThreadsAfterTheManager) {
-    std::promise<std::string> name;
-    mReceiver->inside = [&, once = std::make_shared<std::once_flag>()] {
-        std::call_once(*once, [&] {
-            char text[17] = {};
-            prctl(PR_GET_NAME, text);
-            name.set_value(text);
-        });
-    };
-    mManager->NotifyOpen(6);
-    EXPECT_EQ(name.get_future().get(), "AONManager");
-}
-
-TEST(CameraArbitrationAtTheEnd, IsWaitedForByTheManagersDestruction) {
+TEST(CameraArbitrationAtTheEnd, IsWaitedForByTheManagersDestructionInThreadsOfItsName) {
     auto receiver = std::make_shared<test::RecordingReceiver>();
     auto manager = std::make_shared<AONManager>();
     test::ScriptedModules::Instance().SetDevices({{6, {0}}});
     manager->RegisterClient(receiver);
-    std::promise<void> inside, release;
+    std::promise<std::string> inside;
+    std::promise<void> release;
     receiver->inside = [&] {
-        inside.set_value();
+        char name[17] = {};
+        prctl(PR_GET_NAME, name);
+        inside.set_value(name);
         release.get_future().wait();
     };
     manager->NotifyOpen(6);
-    inside.get_future().wait();
+    EXPECT_EQ(inside.get_future().get(), "AONManager");
     auto gone = std::async(std::launch::async, [&] { manager.reset(); });
     EXPECT_EQ(gone.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     release.set_value();

@@ -36,6 +36,19 @@ class ManagerFixture : public testing::Test {
         mStream.TakeCalls();
         mReceiver->Take();
     }
+    /** The manager's lines, without its name. */
+    Lines TakeLines() {
+        Lines lines;
+        for (const std::string& line : mLog.TakeTexts())
+            lines.push_back(line.substr(0, 3) + line.substr(line.find(": ", 3) + 2));
+        return lines;
+    }
+    /** Compares what was asked of the stream, reported and logged since the last look. */
+    void ExpectSeen(const Lines& calls, const Lines& reports, const Lines& lines) {
+        EXPECT_EQ(mReceiver->Take(reports.size()), reports);
+        EXPECT_EQ(mStream.TakeCalls(), calls);
+        EXPECT_EQ(TakeLines(), lines);
+    }
 
     ScriptedStream& mStream = ScriptedStream::Instance();
     ScriptedModules& mModules = ScriptedModules::Instance();

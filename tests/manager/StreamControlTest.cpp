@@ -1,6 +1,3 @@
-#include <future>
-#include <thread>
-
 #include <cutils/properties.h>
 
 #include "tests/manager/ManagerFixture.h"
@@ -12,31 +9,27 @@ using test::Lines;
 using test::ManagerFixture;
 using test::ScriptedStream;
 
-using StreamControl = ManagerFixture;
-
-std::string CallbackLine(const std::shared_ptr<AONManager>& manager, int debugMode) {
-    char line[96];
-    std::snprintf(line, sizeof(line), "I: AONManager: debug_mode=%d, AovStreamCallback=%p",
-                  debugMode, static_cast<void*>(manager.get()));
-    return line;
-}
+class StreamControl : public ManagerFixture {
+  protected:
+    std::string CallbackLine(int debugMode = 0) const {
+        char line[96];
+        std::snprintf(line, sizeof(line), "I: debug_mode=%d, AovStreamCallback=%p", debugMode,
+                      static_cast<void*>(mManager.get()));
+        return line;
+    }
+};
 
 TEST_F(StreamControl, StartsAndStopsTheStreamAndReportsBoth) {
     Subscribe(2);
     EXPECT_EQ(mManager->StartService(3), 0);
-    EXPECT_EQ(mManager->GetServiceTypeStarted(), 3);
-    EXPECT_EQ(mLog.TakeTexts(), (Lines{CallbackLine(mManager, 0),
-                                       "I: AONManager: start sensor->id:2, t:3, w:640, h:480, f:10",
-                                       "I: AONManager: start sensor success:3"}));
     EXPECT_EQ(mStream.Callback(), mManager);
-
+    ExpectSeen({"start 2"}, {"start 2"},
+               {CallbackLine(), "I: start sensor->id:2, t:3, w:640, h:480, f:10",
+                "I: start sensor success:3"});
     EXPECT_EQ(mManager->StopService(), 0);
-    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: stop sensor success"});
+    ExpectSeen({"stop"}, {"stop 2"}, {"I: stop sensor success"});
     EXPECT_EQ(mManager->StopService(), 0);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: AovStream is not started."});
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"start 2", "stop"}));
-    EXPECT_EQ(mReceiver->Take(), (Lines{"start 2", "stop 2"}));
+    ExpectSeen({}, {}, {"W: AovStream is not started."});
     EXPECT_EQ(mManager.use_count(), 1) << "the manager is held by nobody once it is stopped";
 }
 
@@ -47,11 +40,11 @@ TEST_F(StreamControl, WritesTheStartRecordAtItsOffsets) {
     mManager->SubscribeSensor({3, 320, 240, 10, 15, 0});
     mLog.Take();
     ASSERT_EQ(mManager->StartService(5), 0);
-    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONManager: open md mode, change 10 fps to 2 --",
-                                       CallbackLine(mManager, 1), "W: AONManager: unknown depth=9",
-                                       "I: AONManager: start sensor->id:3, t:5, w:320, h:240, f:2",
-                                       "I: AONManager: start sensor success:5"}));
-    EXPECT_TRUE(mStream.LastStartHadCallback());
+    EXPECT_EQ(
+            TakeLines(),
+            (Lines{"I: open md mode, change 10 fps to 2 --", CallbackLine(1), "W: unknown depth=9",
+                   "I: start sensor->id:3, t:5, w:320, h:240, f:2", "I: start sensor success:5"}));
+    EXPECT_EQ(mStream.Callback(), mManager);
 
     const user_param start = mStream.Starts().back();
     const auto* bytes = reinterpret_cast<const uint8_t*>(&start);
@@ -72,21 +65,6 @@ TEST_F(StreamControl, WritesTheStartRecordAtItsOffsets) {
                                                 {196, 240}}));
 }
 
-TEST_F(StreamControl, LowersTheRateInMdModeForTwoSetsOfTypes) {
-    struct Case {
-        int deliveryMode, serviceType, frameRate, mdFrameRate;
-    };
-    const Case cases[] = {{1, 5, 10, 0},  {1, 1, 10, 0},  {0, 5, 2, 10},   {0, 1, 3, 10},
-                          {0, 3, 10, 10}, {7, 4, 10, 10}, {-1, 13, 10, 10}};
-    for (const Case& c : cases) {
-        Subscribe(1, 10, c.deliveryMode);
-        ASSERT_EQ(mManager->StartService(c.serviceType), 0);
-        EXPECT_EQ(mStream.Starts().back().frameRate, c.frameRate);
-        EXPECT_EQ(mStream.Starts().back().mdFrameRate, c.mdFrameRate);
-        mManager->StopService();
-    }
-}
-
 TEST_F(StreamControl, KnowsTheBitDepthsOfBothImages) {
     const std::pair<const char*, int32_t> depths[] = {
             {"8", 0x1000}, {"10", 0x2019}, {"12", 0x201E}, {"16", 0x1000}};
@@ -104,39 +82,36 @@ TEST_F(StreamControl, ReplacesARunningStreamWithoutReportingItsStop) {
     Run(2, 1);
     Subscribe(3);
     EXPECT_EQ(mManager->StartService(4), 0);
-    EXPECT_EQ(mLog.TakeTexts()[0],
-              "W: AONManager: AovStream is running with sensorId 2, please stop() the previous "
-              "stream before start() a new one.");
-    EXPECT_EQ(mStream.TakeCalls(), (Lines{"stop", "start 3"}));
-    EXPECT_EQ(mReceiver->Take(), Lines{"start 3"});
-}
-
-TEST_F(StreamControl, IsStoppedAgainAfterARefusedStart) {
-    Subscribe(2);
-    mStream.startFault.FailCalls(1);
-    EXPECT_EQ(mManager->StartService(1), -22);
-    const Lines lines = mLog.TakeTexts();
-    ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[2], "E: AONManager: Failed to initialize AovStream.");
-    EXPECT_EQ(lines[3], "E: AONManager: Failed to initialize AovStream.");
-    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
-    EXPECT_TRUE(mReceiver->Take().empty());
-    EXPECT_EQ(mManager.use_count(), 1);
-    EXPECT_EQ(mManager->StartService(1), 0);
+    const std::string running =
+            "W: AovStream is running with sensorId 2, please stop() the previous stream before "
+            "start() a new one.";
+    ExpectSeen({"stop", "start 3"}, {"start 3"},
+               {running, "I: stop sensor success", CallbackLine(),
+                "I: start sensor->id:3, t:4, w:640, h:480, f:10", "I: start sensor success:4"});
 }
 
 TEST_F(StreamControl, TakesAStreamThatWouldNotStopForARunningOne) {
     Run(2);
     mStream.stopFault.FailCalls(1);
     EXPECT_EQ(mManager->StopService(), 0);
-    EXPECT_EQ(mLog.TakeTexts(), (Lines{"E: AONManager: Failed to uninitialize AovStream.",
-                                       "I: AONManager: stop sensor success"}));
-    EXPECT_EQ(mReceiver->Take(), Lines{"stop 2"});
-    mStream.TakeCalls();
+    ExpectSeen({"stop"}, {"stop 2"},
+               {"E: Failed to uninitialize AovStream.", "I: stop sensor success"});
     EXPECT_EQ(mManager->StartService(1), 0);
-    EXPECT_TRUE(mStream.TakeCalls().empty());
-    EXPECT_EQ(mLog.TakeTexts()[2], "W: AONManager: AovStream is initialized");
-    EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
+    ExpectSeen({}, {"start 2"},
+               {CallbackLine(), "I: start sensor->id:2, t:1, w:640, h:480, f:10",
+                "W: AovStream is initialized", "I: start sensor success:1"});
+}
+
+TEST_F(StreamControl, IsStoppedAgainAfterARefusedStart) {
+    Subscribe(2);
+    mStream.startFault.FailCalls(1);
+    EXPECT_EQ(mManager->StartService(1), -22);
+    const std::string failure = "E: Failed to initialize AovStream.";
+    ExpectSeen(
+            {"start 2"}, {},
+            {CallbackLine(), "I: start sensor->id:2, t:1, w:640, h:480, f:10", failure, failure});
+    EXPECT_EQ(mManager->GetServiceTypeStarted(), 0);
+    EXPECT_EQ(mManager.use_count(), 1);
 }
 
 TEST(StreamControlWithoutStream, RefusesToStart) {
@@ -161,37 +136,15 @@ TEST_F(StreamControl, StartsOnSensorZeroWhenNothingIsSubscribed) {
 
 TEST_F(StreamControl, KeepsItsReceiverWhenItIsOfferedNone) {
     EXPECT_EQ(mManager->RegisterClient(nullptr), -22);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: register callback is null"});
-    aov_event* const noEvent = nullptr;
-    mManager->onCallback(noEvent);
-    EXPECT_EQ(mReceiver->Take(), Lines{"event -1"});
+    mManager->onCallback(nullptr);
+    ExpectSeen({}, {"event -1"}, {"W: register callback is null"});
     EXPECT_EQ(mManager->UnregisterClient(), 0);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"I: AONManager: unregister callback success"});
-    mManager->onCallback(noEvent);
+    EXPECT_EQ(TakeLines(), Lines{"I: unregister callback success"});
+    mManager->onCallback(nullptr);
     EXPECT_EQ(mManager->StartService(1), 0);
     EXPECT_EQ(mManager->StopService(), 0);
     EXPECT_TRUE(mReceiver->Take().empty());
     EXPECT_EQ(mReceiver.use_count(), 1);
-}
-
-TEST_F(StreamControl, DropsAnEventWhileItIsBusy) {
-    Subscribe(2);
-    std::promise<void> inStart, release;
-    mStream.SetHooks(
-            [&] {
-                inStart.set_value();
-                release.get_future().wait();
-            },
-            {});
-    auto starting = std::async(std::launch::async, [&] { return mManager->StartService(1); });
-    inStart.get_future().wait();
-    mLog.Take();
-    mManager->onCallback(nullptr);
-    EXPECT_EQ(mLog.TakeTexts(), Lines{"W: AONManager: onCallback can not get lock"});
-    release.set_value();
-    EXPECT_EQ(starting.get(), 0);
-    EXPECT_EQ(mReceiver->Take(), Lines{"start 2"});
-    mStream.SetHooks({}, {});
 }
 
 TEST_F(StreamControl, MayBeCalledFromInsideItsReports) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <sys/mman.h>
 #include <unistd.h>
 
+#include "tests/clients/Dump.h"
 #include "tests/service/ServiceFixture.h"
 
 namespace zarvo::test {
@@ -10,15 +10,9 @@ namespace zarvo::test {
 /** Looks at the service as `dumpsys` does. */
 class DumpFixture : public ServiceFixture {
   protected:
-    std::string Look(std::vector<const char*> args = {}, binder_status_t expected = STATUS_OK) {
-        const int fd = memfd_create("dump", MFD_CLOEXEC);
-        EXPECT_EQ(AIBinder_dump(service->asBinder().get(), fd, args.data(),
-                                static_cast<uint32_t>(args.size())),
-                  expected);
-        std::string text(static_cast<size_t>(lseek(fd, 0, SEEK_END)), '\0');
-        EXPECT_EQ(pread(fd, text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
-        close(fd);
-        return text;
+    std::string Look(const std::vector<const char*>& args = {},
+                     binder_status_t expected = STATUS_OK) {
+        return DumpOf(service->asBinder().get(), args, expected);
     }
     static void ExpectParts(const std::string& text, const std::vector<std::string>& parts) {
         for (const std::string& part : parts)

@@ -46,6 +46,7 @@ TEST_F(Dump, CountsWhyEventsAreDropped) {
     deliver();
     stream.SetHooks({}, [&] { std::async(std::launch::async, deliver).get(); });
     client.Stop(1);
+    EXPECT_EQ(TakeLines("AONManager")[0], "W: onCallback can not get lock");
     stream.SetHooks({}, {});
     callback->onCallback(nullptr);
     client.Die();

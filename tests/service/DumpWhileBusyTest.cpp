@@ -3,7 +3,6 @@
 #include <chrono>
 #include <functional>
 #include <future>
-#include <thread>
 
 #include "tests/service/DumpFixture.h"
 
@@ -11,8 +10,6 @@ namespace zarvo::test {
 namespace {
 
 using Hook = std::function<void()>;
-using DumpRace = DumpFixture;
-
 using Clock = std::chrono::steady_clock;
 
 /** What a look may take while something hangs; a sanitizer makes everything slower. */
@@ -32,8 +29,8 @@ class DumpWhileBusy : public DumpFixture {
         mRelease.get_future().wait();
     }
     /** Runs what comes to Hang(), and gives what is seen meanwhile. */
-    std::string LookDuring(Hook busy) {
-        auto working = std::async(std::launch::async, std::move(busy));
+    std::string LookDuring(const Hook& busy) {
+        auto working = std::async(std::launch::async, busy);
         mInside.get_future().wait();
         auto looking = std::async(std::launch::async, [&] { return LookSoon(); });
         EXPECT_EQ(looking.wait_for(kPatience), std::future_status::ready);
@@ -61,32 +58,12 @@ class DumpWhileBusy : public DumpFixture {
     std::promise<void> mInside, mRelease;
 };
 
-TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAState) {
-    RemoteClient client(service);
-    client.Register(3);
-    client.Subscribe(RemoteClient::Config(1, 3));
-    client.callback->SetInState([&] { Hang(); });
-    ExpectParts(LookDuring([&] { client.Start(3); }),
-                {"operation under way:\n  name: startService\n  pid: ",
-                 "-  client 1  callback onSensorStateChanged  for ",
-                 "wishes unknown: somebody has the service's lock\n", "running: yes\n"});
-}
-
-TEST_F(DumpWhileBusy, AnswersWhileAClientHangsInAnEvent) {
-    RemoteClient client(service);
-    Run(client, 3, 3);
-    client.callback->SetInEvent([&] { Hang(); });
-    ExpectParts(LookDuring([&] { Deliver(3); }),
-                {"-  client 1  callback onAONEvent  for ", "-  client 1  registered 3",
-                 "from the stream: 1\n", "delivered: 0\n"});
-}
-
 TEST_F(DumpWhileBusy, AnswersWhileTheStreamHangs) {
     RemoteClient client(service);
     Run(client, 3, 3);
     stream.SetHooks({}, [&] { Hang(); });
     ExpectParts(LookDuring([&] { client.Stop(3); }),
-                {"operation under way:\n  name: stopService\n", "inside clients: none\n"});
+                {"operation under way:\n  name: stopService\n  pid: ", "inside clients: none\n"});
     stream.SetHooks({}, {});
 }
 
@@ -129,45 +106,6 @@ TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsVersion) {
 
 TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsHash) {
     ExpectSeen(ndk::SharedRefBase::make<LateCallback>(Hook(), [&] { Hang(); }), "getInterfaceHash");
-}
-
-TEST_F(DumpRace, RacesWithAllThatItShows) {
-    const auto manager = aon::AONManager::GetSingleton();
-    std::atomic<bool> done{false};
-    const auto repeat = [&](Hook what) {
-        return std::thread([&done, what = std::move(what)] {
-            while (!done)
-                what();
-        });
-    };
-    std::thread others[] = {
-            repeat([&] {
-                ExpectParts(Look(), {"service:\n", "latest changes:"});
-            }),
-            repeat([&] { ExpectParts(Look({"--json"}), {R"("latestChanges":[)"}); }),
-            repeat([&, event = std::make_shared<aov_event>()] {
-                manager->onCallback(event.get());
-            }),
-            repeat([&] {
-                manager->NotifyOpen(5);
-                manager->NotifyClose(5);
-            })};
-    for (int i = 0; i < 30; ++i) {
-        RemoteClient client(service);
-        EXPECT_EQ(client.Register(3), kOk);
-        client.Subscribe(RemoteClient::Config(1, 3));
-        client.Start(3);
-        client.Stop(1);
-        client.Stop(3);
-        client.Unsubscribe();
-        EXPECT_EQ(client.Unregister(), kOk);
-    }
-    done = true;
-    for (std::thread& other : others)
-        other.join();
-    manager->NotifyClose(5);
-    manager->NotifyClose(5);
-    ExpectParts(Look(), {"registered clients: none\n", "wishes: none\n", "open cameras: none\n"});
 }
 
 }  // namespace

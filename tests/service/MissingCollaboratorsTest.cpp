@@ -16,14 +16,14 @@ class PartialService : public aon::AONService {
 
 class MissingCollaborators : public testing::Test {
   protected:
-    Lines TakeErrors() {
-        Lines errors;
+    void Expect(const ndk::ScopedAStatus& status, const std::string& answer, const Lines& lines) {
+        EXPECT_EQ(status.getDescription(), answer);
+        Lines warnings;
         for (const std::string& line : mLog.TakeTexts()) {
-            if (line.starts_with("E: AONService: ") || line.starts_with("W: AONService: ")) {
-                errors.push_back(line.substr(15));
-            }
+            if (line.starts_with("E: AONService: ") || line.starts_with("W: AONService: "))
+                warnings.push_back(line.substr(15));
         }
-        return errors;
+        EXPECT_EQ(warnings, lines);
     }
 
     const std::shared_ptr<aon::RemoteCallbackManager> mRegistry =
@@ -49,38 +49,31 @@ TEST_F(MissingCollaborators, AreNamedAtConstruction) {
 
 TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutAManager) {
     const auto service = ndk::SharedRefBase::make<PartialService>(mRegistry, nullptr);
-    TakeErrors();
+    mLog.Take();
     int64_t handle = 0;
-    const std::string noManager = Error(1, "aon manager is null");
-    EXPECT_EQ(service->registerClient(mCallback, 1, &handle).getDescription(), noManager);
-    EXPECT_EQ(TakeErrors(), Lines{"aon manager is null"});
+    const std::string noManager = "aon manager is null";
+    const std::string notRegistered = "service type need subset of register";
+    const std::string notSubscribed = "start service type is subset of subscribe service type";
+    Expect(service->registerClient(mCallback, 1, &handle), Error(1, noManager), {noManager});
     std::vector<AONSensorInfo> sensors;
-    EXPECT_EQ(service->getAonSensorInfoList(&sensors).getDescription(), Error(1, ""));
-    EXPECT_EQ(TakeErrors(), Lines{"aon manager is null"});
-
+    Expect(service->getAonSensorInfoList(&sensors), Error(1, ""), {noManager});
     ASSERT_EQ(mRegistry->RegisterClient(mCallback, &handle), 0);
-    TakeErrors();
-    EXPECT_EQ(service->subscribeSensor(handle, RemoteClient::Config(1, 0)).getDescription(),
-              Error(2, "service type need subset of register"));
-    EXPECT_EQ(TakeErrors(), (Lines{"not register this clientHandle:1",
-                                   "subscribe service type is subset of register service type"}));
-    EXPECT_EQ(service->startService(handle, 1).getDescription(),
-              Error(2, "start service type is subset of subscribe service type"));
-    EXPECT_EQ(TakeErrors(), (Lines{"not subscribe this clientHandle:1",
-                                   "start service type is subset of subscribe service type"}));
-    EXPECT_EQ(service->stopService(handle, 1).getDescription(), Error(1, ""));
-    EXPECT_EQ(service->unsubscribeSensor(handle).getDescription(), noManager);
-    EXPECT_EQ(TakeErrors(), (Lines{"aon manager is null", "aon manager is null"}));
-    EXPECT_EQ(service->unregisterClient(handle).getDescription(), kOk);
+    Expect(service->subscribeSensor(handle, RemoteClient::Config(1, 0)), Error(2, notRegistered),
+           {"not register this clientHandle:1",
+            "subscribe service type is subset of register service type"});
+    Expect(service->startService(handle, 1), Error(2, notSubscribed),
+           {"not subscribe this clientHandle:1", notSubscribed});
+    Expect(service->stopService(handle, 1), Error(1, ""), {noManager});
+    Expect(service->unsubscribeSensor(handle), Error(1, noManager), {noManager});
+    Expect(service->unregisterClient(handle), kOk, {});
 }
 
 TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutARegistry) {
     const auto service = ndk::SharedRefBase::make<PartialService>(nullptr, mManager);
-    TakeErrors();
+    mLog.Take();
     int64_t handle = 0;
-    EXPECT_EQ(service->registerClient(mCallback, 1, &handle).getDescription(),
-              Error(1, "RemoteCallBackManager is null"));
-    EXPECT_EQ(TakeErrors(), Lines{"RemoteCallBackManager is null"});
+    const std::string noRegistry = "RemoteCallBackManager is null";
+    Expect(service->registerClient(mCallback, 1, &handle), Error(1, noRegistry), {noRegistry});
     // Without a registry no handle is unknown; the checks behind answer.
     EXPECT_EQ(service->subscribeSensor(5, RemoteClient::Config(1, 1)).getDescription(),
               Error(2, "service type need subset of register"));
@@ -88,9 +81,8 @@ TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutARegistry) {
               Error(2, "start service type is subset of subscribe service type"));
     EXPECT_EQ(service->stopService(5, 0).getDescription(), kOk);
     EXPECT_EQ(service->unsubscribeSensor(5).getDescription(), kOk);
-    TakeErrors();
-    EXPECT_EQ(service->unregisterClient(5).getDescription(), kOk);
-    EXPECT_EQ(TakeErrors(), Lines{"mRemoteCallBackManager is null"});
+    mLog.Take();
+    Expect(service->unregisterClient(5), kOk, {"m" + noRegistry});
 }
 
 }  // namespace

@@ -15,7 +15,6 @@
 namespace zarvo::test {
 
 using Lines = std::vector<std::string>;
-using State = RecordingCallback::State;
 
 inline constexpr char kOk[] = "No error";
 
@@ -50,9 +49,6 @@ class ServiceFixture : public testing::Test {
         ASSERT_EQ(client.Register(registered), kOk);
         ASSERT_EQ(client.Subscribe(RemoteClient::Config(sensorId, registered)), kOk);
         ASSERT_EQ(client.Start(started), kOk);
-        Forget(client);
-    }
-    void Forget(RemoteClient& client) {
         log.Take();
         stream.TakeCalls();
         client.callback->TakeStates();

@@ -7,22 +7,22 @@
 namespace {
 
 std::mutex gMutex;
-/** "name" for a begin, "" for an end. */
-std::vector<std::string> gSections;
+/** Each section as its name, what is in it, and a semicolon. */
+std::string gSections;
 
-void Keep(const char* section) {
+void Keep(const std::string& text) {
     const std::lock_guard lock(gMutex);
-    gSections.emplace_back(section);
+    gSections += text;
 }
 
 }  // namespace
 
 // In the place of libcutils's.
 void atrace_begin_body(const char* name) {
-    Keep(name);
+    Keep(std::string(" ") + name);
 }
 void atrace_end_body() {
-    Keep("");
+    Keep(";");
 }
 
 namespace zarvo::test {
@@ -41,30 +41,11 @@ TEST_F(Trace, HasEveryOperationAndEveryPartOfAnEvent) {
     client.Die();
     atrace_enabled_tags = 0;
     const std::lock_guard lock(gMutex);
-    EXPECT_EQ(gSections, (Lines{"registerClient",
-                                "",  //
-                                "subscribeSensor",
-                                "",
-                                "startService",
-                                "aon stream start",
-                                "",
-                                "aon client onSensorStateChanged",
-                                "",
-                                "",
-                                "aon event",
-                                "aon parse",
-                                "",
-                                "aon client onAONEvent",
-                                "",
-                                "",
-                                "stopService",
-                                "aon stream stop",
-                                "",
-                                "aon client onSensorStateChanged",
-                                "",
-                                "",
-                                "client died",
-                                ""}));
+    EXPECT_EQ(gSections,
+              " registerClient; subscribeSensor;"
+              " startService aon stream start; aon client onSensorStateChanged;;"
+              " aon event aon parse; aon client onAONEvent;;"
+              " stopService aon stream stop; aon client onSensorStateChanged;; client died;");
 }
 
 }  // namespace

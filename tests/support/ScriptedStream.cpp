@@ -84,7 +84,6 @@ bool ScriptedStream::start(user_param* param) {
     Note("start " + std::to_string(param->sensorId), &ScriptedStream::mInStart);
     const bool refused = startFault.ShouldFail();
     const std::lock_guard lock(mMutex);
-    mLastStartHadCallback = param->AovStreamCallback != nullptr;
     mStarts.push_back(*param);
     mStarts.back().AovStreamCallback.reset();
     if (refused) return false;

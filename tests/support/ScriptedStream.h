@@ -54,8 +54,6 @@ class ScriptedStream : public IAOVStream {
     std::vector<user_param> TakeStarts();
     /** The callback of the last accepted start, as long as anyone holds it. */
     std::shared_ptr<IAovStreamCallback> Callback() const { return Get(mLastCallback).lock(); }
-    /** Whether the last start record carried a callback. */
-    bool LastStartHadCallback() const { return Get(mLastStartHadCallback); }
     /** Whether the stream was started and not stopped since. */
     bool Running() const { return Get(mRunning); }
 
@@ -95,7 +93,6 @@ class ScriptedStream : public IAOVStream {
     Hook mInStart, mInStop, mInNotify;
     std::vector<std::string> mCalls;
     std::vector<user_param> mStarts;
-    bool mLastStartHadCallback = false;
     std::weak_ptr<IAovStreamCallback> mLastCallback;
     /** Shared from start to stop, as the platform's stream does. */
     std::shared_ptr<IAovStreamCallback> mRunningCallback;

@@ -1,7 +1,3 @@
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <climits>
 #include <functional>
@@ -10,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/clients/Dump.h"
 #include "tests/sweep/WholeService.h"
 
 namespace zarvo::test {
@@ -41,16 +38,8 @@ class Misbehaviour : public WholeService {
         std::shared_future<void> mReleased{mRelease.get_future().share()};
     };
 
-    std::string Dump() const {
-        const int file = memfd_create("dump", MFD_CLOEXEC);
-        EXPECT_EQ(AIBinder_dump(mService->asBinder().get(), file, nullptr, 0), STATUS_OK);
-        std::string text(static_cast<size_t>(lseek(file, 0, SEEK_CUR)), '\0');
-        EXPECT_EQ(pread(file, text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
-        close(file);
-        return text;
-    }
-    void ExpectDumped(const std::string& part) {
-        const std::string text = Dump();
+    void ExpectDumped(const std::string& part) const {
+        const std::string text = DumpOf(mService->asBinder().get());
         EXPECT_NE(text.find(part), std::string::npos) << text;
     }
     void Run(RemoteClient& client) {

@@ -9,6 +9,7 @@
 #include <semaphore>
 #include <thread>
 
+#include "tests/clients/Dump.h"
 #include "tests/sweep/WholeService.h"
 
 namespace zarvo::test {
@@ -80,6 +81,13 @@ class Storm : public WholeService, public testing::WithParamInterface<int> {
         }
     }
 
+    /** Somebody looks at all of it meanwhile. */
+    void Look() {
+        for (int i = 0; i < kLives; ++i)
+            EXPECT_NE(DumpOf(mService->asBinder().get()).find("latest changes:"),
+                      std::string::npos);
+    }
+
     std::atomic<bool> mDone{false};
     std::counting_semaphore<> mEventSteps{0}, mCameraSteps{0};
 
@@ -102,7 +110,8 @@ TEST_P(Storm, PassesAndLeavesAWholeService) {
     for (unsigned generation = 0; generation < kServices; ++generation) {
         std::thread clients[] = {std::thread([&] { LiveAndDie(seed + 3 * generation); }),
                                  std::thread([&] { LiveAndDie(seed + 3 * generation + 1); }),
-                                 std::thread([&] { LiveAndDie(seed + 3 * generation + 2); })};
+                                 std::thread([&] { LiveAndDie(seed + 3 * generation + 2); }),
+                                 std::thread([&] { Look(); })};
         for (std::thread& client : clients)
             client.join();
         // The service ends while events come and notices are pending, and another one begins.

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <iterator>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "manager/AONManager.h"
 #include "service/AONService.h"
 #include "tests/clients/RemoteClient.h"
+#include "tests/support/Holdings.h"
 
 namespace zarvo::test {
 
@@ -23,12 +23,6 @@ inline constexpr int kCamera = 0;
 /** The service on the simulated sensor, which delivers by command, and what makes it whole. */
 class WholeService : public testing::Test {
   protected:
-    /** What this process holds. */
-    struct Holdings {
-        ptrdiff_t descriptors, threads;
-        bool operator==(const Holdings&) const = default;
-    };
-
     WholeService() { mSimulator.SetManualDelivery(true); }
     ~WholeService() override {
         mService.reset();
@@ -60,12 +54,8 @@ class WholeService : public testing::Test {
         EXPECT_FALSE(mSimulator.Running());
     }
 
-    static Holdings Now() {
-        const auto count = [](const char* directory) {
-            return std::distance(std::filesystem::directory_iterator(directory), {});
-        };
-        return {count("/proc/self/fd"), count("/proc/self/task")};
-    }
+    /** What this process holds. */
+    static Holdings Now() { return Holdings::Of(getpid()); }
     template <typename Condition>
     static void Await(Condition condition) {
         const auto end = std::chrono::steady_clock::now() + kPatience;
