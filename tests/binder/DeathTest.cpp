@@ -154,26 +154,6 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
     EXPECT_EQ(mWatch.died, 0);
 }
 
-TEST_F(DeathTest, CallInFlightComesBackDeadWhileItsHandlerRuns) {
-    Gate gate;
-    std::promise<void> left;
-    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
-        gate.Pass();
-        left.set_value();
-        return ScopedAStatus::ok();
-    };
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    std::thread killer([&] {
-        gate.entered.get_future().wait();
-        KillAndWait();
-    });
-    EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
-    killer.join();
-    EXPECT_EQ(mWatch.died, 1);
-    gate.goOn.set_value();
-    left.get_future().wait();
-}
-
 TEST_F(DeathTest, HandlerMayKillItsOwnConnection) {
     std::promise<void> left;
     mPeer->onVisit = [&](const auto& visitor, int32_t, std::string* text) {
@@ -233,21 +213,6 @@ TEST_F(DeathTest, LastLoopbackPointerMayGoInANoticeAndProxiesOutliveIt) {
     EXPECT_EQ(mLoopback, nullptr);
     EXPECT_EQ(mOther.died, 1);
     EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
-}
-
-TEST_F(DeathTest, OrderedFaultsFailJustTheCallsOrdered) {
-    BinderFaults& faults = BinderFaults::Instance();
-    faults.transact.FailCalls(2);
-    faults.ping.FailCalls(1);
-    faults.unlinkToDeath.FailCalls(1);
-    EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_DEAD_OBJECT);
-    EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_OK);
-    for (const binder_status_t status : {STATUS_OK, STATUS_FAILED_TRANSACTION, STATUS_OK})
-        EXPECT_EQ(Visit(), status);
-    EXPECT_EQ(mPeer->visits, 2);
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    EXPECT_EQ(Unlink(&mWatch), STATUS_FAILED_TRANSACTION);
-    EXPECT_EQ(Unlink(&mWatch), STATUS_OK);
 }
 
 /** Everything at once, for the thread sanitizer: each link still ends exactly once. */

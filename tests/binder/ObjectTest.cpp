@@ -81,22 +81,6 @@ TEST(LocalObject, NullIsNoObject) {
     AIBinder_markVintfStability(nullptr);
 }
 
-TEST(NdkOwners, CountReferencesAndResources) {
-    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
-    AIBinder* raw = binder.get();
-    const SpAIBinder copy = binder;
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
-    binder = *&binder;
-    SpAIBinder moved = std::move(binder);
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
-    EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
-    moved = nullptr;
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
-    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
-    status = std::move(*&status);
-    EXPECT_STREQ(status.getMessage(), "busy");
-}
-
 TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
     auto peer = SharedRefBase::make<Peer>();
     const std::weak_ptr<Peer> weak = peer;
@@ -234,27 +218,6 @@ TEST(Stability, FirstMarkOrFirstSendingStands) {
     const auto system = Loopback::Connect(lowered.get());
     AIBinder_markVintfStability(lowered.get());
     EXPECT_EQ(Call(system->Root(), FLAG_PRIVATE_VENDOR), STATUS_BAD_TYPE);
-}
-
-TEST(SessionParcel, ObjectsCarryTheAddressOfTheEndThatHasThem) {
-    const SpAIBinder local = MarkedObject(AIBinder_markVintfStability);
-    const auto loopback = Loopback::Connect(local.get());
-    const SpAIBinder root = loopback->Root();
-    ASSERT_TRUE(AIBinder_associateClass(root.get(), CounterClass()));
-    const SpAIBinder first = MarkedObject(nullptr);
-    const SpAIBinder second = MarkedObject(AIBinder_markVendorStability);
-    ScopedAParcel in;
-    ASSERT_EQ(AIBinder_prepareTransaction(root.get(), in.getR()), STATUS_OK);
-    const int32_t start = AParcel_getDataPosition(in.get());
-    for (const SpAIBinder& binder : {first, second, first, root})
-        ASSERT_EQ(AParcel_writeStrongBinder(in.get(), binder.get()), STATUS_OK);
-    AParcel_setDataPosition(in.get(), start);
-    for (const auto& [address, level] : std::vector<std::pair<uint64_t, int32_t>>{
-                 {0x1, 12}, {0x100000001, 3}, {0x1, 12}, {0x3, 63}}) {
-        ExpectNext<int32_t>(in.get(), 1);
-        ExpectNext(in.get(), address);
-        ExpectNext(in.get(), level);
-    }
 }
 
 }  // namespace
