@@ -215,6 +215,21 @@ TEST_F(DeathTest, LastLoopbackPointerMayGoInANoticeAndProxiesOutliveIt) {
     EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
 }
 
+TEST_F(DeathTest, OrderedFaultsFailJustTheCallsOrdered) {
+    BinderFaults& faults = BinderFaults::Instance();
+    faults.transact.FailCalls(2);
+    faults.ping.FailCalls(1);
+    faults.unlinkToDeath.FailCalls(1);
+    EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_DEAD_OBJECT);
+    EXPECT_EQ(AIBinder_ping(mRoot.get()), STATUS_OK);
+    for (const binder_status_t status : {STATUS_OK, STATUS_FAILED_TRANSACTION, STATUS_OK})
+        EXPECT_EQ(Visit(), status);
+    EXPECT_EQ(mPeer->visits, 2);
+    ASSERT_EQ(Link(&mWatch), STATUS_OK);
+    EXPECT_EQ(Unlink(&mWatch), STATUS_FAILED_TRANSACTION);
+    EXPECT_EQ(Unlink(&mWatch), STATUS_OK);
+}
+
 /** Everything at once, for the thread sanitizer: each link still ends exactly once. */
 TEST_F(DeathTest, CallsLinksAndDropsRaceAgainstKill) {
     for (int round = 0; round < 30; ++round) {
