@@ -144,6 +144,18 @@ TEST_F(SimulatedSensorTest, StopsAndStartsBesideACallbackInFlightAndBeginsNoneAf
     EXPECT_EQ(mListener->Frames(), Frames{0});
 }
 
+TEST_F(SimulatedSensorTest, LetsTheCallbackStopAndStartIt) {
+    mListener->inEvent = [this](const aov_event*) {
+        EXPECT_TRUE(mStream.stop());
+        EXPECT_TRUE(Start(mListener));
+    };
+    ASSERT_TRUE(Start(mListener));
+    EXPECT_TRUE(mControl.DeliverOne());
+    EXPECT_TRUE(mControl.DeliverOne());
+    mControl.Shutdown();
+    EXPECT_EQ(mListener->Frames(), (Frames{0, 1}));
+}
+
 TEST_F(SimulatedSensorTest, SurvivesStartsAndStopsFromManyThreadsWhileItDelivers) {
     mControl.SetManualDelivery(false);
     std::vector<std::thread> threads;
