@@ -81,6 +81,22 @@ TEST(LocalObject, NullIsNoObject) {
     AIBinder_markVintfStability(nullptr);
 }
 
+TEST(NdkOwners, CountReferencesAndResources) {
+    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
+    AIBinder* raw = binder.get();
+    const SpAIBinder copy = binder;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    binder = *&binder;
+    SpAIBinder moved = std::move(binder);
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
+    EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
+    moved = nullptr;
+    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
+    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
+    status = std::move(*&status);
+    EXPECT_STREQ(status.getMessage(), "busy");
+}
+
 TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
     auto peer = SharedRefBase::make<Peer>();
     const std::weak_ptr<Peer> weak = peer;
