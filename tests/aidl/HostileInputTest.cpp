@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "tests/aidl/MemoryFiles.h"
@@ -68,36 +67,6 @@ TEST(HostileInput, AChainOfImportsEndsInAMessage) {
                 "package p; parcelable " + name + " { T" + std::to_string(i + 1) + " t; }";
     }
     EXPECT_EQ(Generate(files), "error: more than 1000 files\n");
-}
-
-TEST(HostileInput, DamagedTextsNeverCrash) {
-    const std::string kText = R"(/* l */ package p; import p.U; @VintfStability
-        oneway interface T { const long A = (1 << 3) + -0x7fL * 2 / 3; const String S = "a" + "b";
-        void a(in @utf8InCpp String s, in int[] b, in List<U> c) = 1; // c
-        /** @deprecated d */ @nullable T b(inout U u, out byte[] c) = 2; })";
-    std::mt19937 random(7);  // NOLINT: the same texts in every run
-    for (int run = 0; run < 3000; ++run) {
-        std::string text = kText;
-        for (unsigned damage = 0; damage <= random() % 4; ++damage) {
-            const size_t at = random() % text.size();
-            switch (random() % 4) {
-                case 0:
-                    text[at] = static_cast<char>(random());
-                    break;
-                case 1:
-                    text.erase(at, random() % 8);
-                    break;
-                case 2:
-                    text.insert(at, text.substr(random() % text.size(), random() % 16));
-                    break;
-                default:
-                    text.resize(at + 1);
-            }
-        }
-        MemoryFiles files{{"p/T.aidl", text}, {"p/U.aidl", "package p; parcelable U {}"}};
-        const std::string messages = Generate(files);
-        EXPECT_TRUE(messages.empty() || messages.starts_with("p/T.aidl:")) << messages;
-    }
 }
 
 }  // namespace

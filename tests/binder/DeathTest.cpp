@@ -154,26 +154,6 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
     EXPECT_EQ(mWatch.died, 0);
 }
 
-TEST_F(DeathTest, CallInFlightComesBackDeadWhileItsHandlerRuns) {
-    Gate gate;
-    std::promise<void> left;
-    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
-        gate.Pass();
-        left.set_value();
-        return ScopedAStatus::ok();
-    };
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    std::thread killer([&] {
-        gate.entered.get_future().wait();
-        KillAndWait();
-    });
-    EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
-    killer.join();
-    EXPECT_EQ(mWatch.died, 1);
-    gate.goOn.set_value();
-    left.get_future().wait();
-}
-
 TEST_F(DeathTest, HandlerMayKillItsOwnConnection) {
     std::promise<void> left;
     mPeer->onVisit = [&](const auto& visitor, int32_t, std::string* text) {

@@ -1,7 +1,7 @@
 #include "host/binder/Loopback.h"
 
+#include <chrono>
 #include <future>
-#include <thread>
 
 #include "tests/binder/Peer.h"
 
@@ -20,28 +20,6 @@ TEST_F(LoopbackTest, LocalRootIsOneRemoteObjectAsLongAsAnyoneHoldsIt) {
     EXPECT_EQ(AIBinder_getUserData(mRoot.get()), nullptr);
     EXPECT_EQ(Loopback::Connect(mRoot.get()), nullptr);
     EXPECT_EQ(Loopback::Connect(nullptr), nullptr);
-}
-
-TEST_F(LoopbackTest, CallsBackArriveOnTheThreadThatWaits) {
-    const auto visitor = SharedRefBase::make<Peer>();
-    const auto passOn = [](const std::shared_ptr<IPeer>& to) {
-        // Both threads are known after the first call of each.
-        return [to, home = std::thread::id()](const auto& other, int32_t number,
-                                              std::string* text) mutable {
-            if (home == std::thread::id()) home = std::this_thread::get_id();
-            EXPECT_EQ(std::this_thread::get_id(), home);
-            if (number > 0) return (to ? to : other)->visit(other, number - 1, text);
-            *text = "end";
-            return ScopedAStatus::ok();
-        };
-    };
-    mPeer->onVisit = passOn(nullptr);
-    visitor->onVisit = passOn(mProxy);
-    std::string text;
-    EXPECT_TRUE(mProxy->visit(visitor, 10, &text).isOk());
-    EXPECT_EQ(text, "end");
-    EXPECT_EQ(mPeer->visits, 6);
-    EXPECT_EQ(visitor->visits, 5);
 }
 
 TEST_F(LoopbackTest, CallsInsideCallsEndBeforeTheStackDoes) {

@@ -236,26 +236,5 @@ TEST(Stability, FirstMarkOrFirstSendingStands) {
     EXPECT_EQ(Call(system->Root(), FLAG_PRIVATE_VENDOR), STATUS_BAD_TYPE);
 }
 
-TEST(SessionParcel, ObjectsCarryTheAddressOfTheEndThatHasThem) {
-    const SpAIBinder local = MarkedObject(AIBinder_markVintfStability);
-    const auto loopback = Loopback::Connect(local.get());
-    const SpAIBinder root = loopback->Root();
-    ASSERT_TRUE(AIBinder_associateClass(root.get(), CounterClass()));
-    const SpAIBinder first = MarkedObject(nullptr);
-    const SpAIBinder second = MarkedObject(AIBinder_markVendorStability);
-    ScopedAParcel in;
-    ASSERT_EQ(AIBinder_prepareTransaction(root.get(), in.getR()), STATUS_OK);
-    const int32_t start = AParcel_getDataPosition(in.get());
-    for (const SpAIBinder& binder : {first, second, first, root})
-        ASSERT_EQ(AParcel_writeStrongBinder(in.get(), binder.get()), STATUS_OK);
-    AParcel_setDataPosition(in.get(), start);
-    for (const auto& [address, level] : std::vector<std::pair<uint64_t, int32_t>>{
-                 {0x1, 12}, {0x100000001, 3}, {0x1, 12}, {0x3, 63}}) {
-        ExpectNext<int32_t>(in.get(), 1);
-        ExpectNext(in.get(), address);
-        ExpectNext(in.get(), level);
-    }
-}
-
 }  // namespace
 }  // namespace tests

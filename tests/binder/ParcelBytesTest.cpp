@@ -3,7 +3,6 @@
 
 #include <array>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -230,25 +229,6 @@ TEST(ParcelBytes, OddOnesGiveTheirErrorAndPosition) {
         const ScopedAParcel parcel = ParcelOf(odd.hex);
         EXPECT_EQ(odd.read(parcel.get()), odd.status);
         EXPECT_EQ(AParcel_getDataPosition(parcel.get()), odd.position);
-    }
-}
-
-/** For the sanitizers: no bytes at all make a reader touch or allocate what is not there. */
-TEST(ParcelBytes, RandomOnesHarmNoReader) {
-    std::mt19937 random(1);
-    for (int round = 0; round < 2000; ++round) {
-        std::vector<uint8_t> bytes(random() % 64);
-        // Mostly small numbers and -1, so that lengths and counts often make sense.
-        for (uint8_t& byte : bytes)
-            byte = static_cast<uint8_t>(random() % 4 != 0 ? 0 : random() % 16 - 2);
-        const ScopedAParcel parcel(AParcel_create());
-        ASSERT_EQ(AParcel_unmarshal(parcel.get(), bytes.data(), bytes.size()), STATUS_OK);
-        for (const auto& reader : kReads) {
-            AParcel_setDataPosition(parcel.get(),
-                                    static_cast<int32_t>(random() % (bytes.size() + 8)));
-            while (reader.read(parcel.get()) == STATUS_OK) {
-            }
-        }
     }
 }
 

@@ -1,13 +1,19 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
+#include <gtest/gtest.h>
 
-#include <atomic>
 #include <csignal>
+#include <fstream>
 #include <future>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "tests/clients/RecordingCallback.h"
-#include "tests/programs/ServiceProcess.h"
+#include "tests/support/Child.h"
+#include "tests/support/RuntimeDirectory.h"
 
 namespace zarvo::test {
 namespace {
@@ -16,13 +22,21 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONSensorInfo;
 using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
 using aidl::vendor::zarvo::hardware::camera::aon::SensorConfigInfo;
 
+constexpr char kService[] = "vendor.zarvo.hardware.camera.aon.IAONService/default";
 constexpr int32_t kFusion = IAONService::SERVICE_TYPE_FUSION;
 
-/** This process is a client of a service that is killed. */
-class DyingService : public ServiceProcess {
+/** This process is a client of a service in a process of its own, which is killed. */
+class DyingService : public testing::Test {
   protected:
     DyingService() { ABinderProcess_startThreadPool(); }
+    ~DyingService() override {
+        if (HasFailure()) std::cerr << "the log:\n" << std::ifstream(mLog).rdbuf();
+    }
 
+    /** It may not be reached yet. */
+    std::unique_ptr<Child> Start() const {
+        return std::make_unique<Child>(std::vector<std::string>{SERVICE_PROGRAM}, mLog);
+    }
     static std::shared_ptr<IAONService> Await() {
         return IAONService::fromBinder(ndk::SpAIBinder(AServiceManager_waitForService(kService)));
     }
@@ -45,35 +59,11 @@ class DyingService : public ServiceProcess {
 
     const std::shared_ptr<RecordingCallback> callback =
             ndk::SharedRefBase::make<RecordingCallback>();
+
+  private:
+    const RuntimeDirectory mDirectory;
+    const std::string mLog = mDirectory.path + "/log";
 };
-
-/** A watch for a death, with what it was told. */
-struct Watch {
-    explicit Watch(IAONService& service) {
-        AIBinder_DeathRecipient_setOnUnlinked(recipient.get(), [](void* self) {
-            static_cast<Watch*>(self)->unlinked.set_value();
-        });
-        EXPECT_EQ(AIBinder_linkToDeath(service.asBinder().get(), recipient.get(), this), STATUS_OK);
-    }
-
-    std::atomic<int> deaths{0};
-    std::promise<void> unlinked;
-    const ndk::ScopedAIBinder_DeathRecipient recipient{
-            AIBinder_DeathRecipient_new([](void* self) { ++static_cast<Watch*>(self)->deaths; })};
-};
-
-TEST_F(DyingService, IsNoticedBetweenEventsAndReplaced) {
-    auto process = Start();
-    const auto service = Await();
-    Watch watch(*service);
-    ASSERT_NO_FATAL_FAILURE(ExpectServes(*service));
-    process->Signal(SIGKILL);
-    EXPECT_EQ(watch.unlinked.get_future().wait_for(kPatience), std::future_status::ready);
-    EXPECT_EQ(watch.deaths, 1);
-    EXPECT_EQ(service->stopService(1, kFusion).getStatus(), STATUS_DEAD_OBJECT);
-    process = Start();
-    ExpectServes(*Await());
-}
 
 TEST_F(DyingService, AnswersCallsThatWaitWithDeadObject) {
     const auto process = Start();
@@ -116,22 +106,6 @@ TEST_F(DyingService, IsWaitedForThroughTheDeathOfOneThatDidNotAnswer) {
     process = Start();
     ASSERT_EQ(found.wait_for(kPatience), std::future_status::ready);
     ExpectServes(*found.get());
-}
-
-TEST_F(DyingService, AnswersOthersWhileItWaitsForAClient) {
-    const auto process = Start();
-    const auto service = Await();
-    std::future<binder_status_t> answer;
-    callback->SetInState([&] {
-        // From a thread of its own, as from another client: nobody waits for it.
-        answer = std::async(std::launch::async,
-                            [binder = service->asBinder()] { return AIBinder_ping(binder.get()); });
-        EXPECT_EQ(answer.wait_for(kPatience), std::future_status::ready);
-    });
-    ASSERT_NO_FATAL_FAILURE(Prepare(*service));
-    EXPECT_TRUE(service->startService(1, kFusion).isOk());
-    ASSERT_TRUE(answer.valid());
-    EXPECT_EQ(answer.get(), STATUS_OK);
 }
 
 }  // namespace

@@ -50,14 +50,14 @@ class RecordedService : public BnAONService {
     }
 
     std::shared_ptr<IAONServiceCallBack> callback;
-    /** The last method called. */
-    std::string called;
+    /** The methods called, in order. */
+    std::vector<std::string> called;
 
   private:
     ScopedAStatus Called(const char* method, int64_t handle = kHandle, int32_t serviceType = 1) {
         EXPECT_EQ(handle, kHandle);
         EXPECT_EQ(serviceType, 1);
-        called = method;
+        called.emplace_back(method);
         return ScopedAStatus::ok();
     }
 };

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <future>
+#include <atomic>
 #include <thread>
 
 #include "tests/sessions/ServerTest.h"
