@@ -141,7 +141,7 @@ class Events : public Section {
         int64_t left = NumberIn(dump, "fromTheStream");
         for (const char* const end :
              {"delivered", "droppedWhileTheStreamWasChanged", "droppedWithoutReceiver",
-              "droppedWhileClientsWereChanged", "droppedWithoutClient",
+              "droppedWithoutRecord", "droppedWhileClientsWereChanged", "droppedWithoutClient",
               "droppedWithoutAnswerToAPing", "droppedByAFailedCall"}) {
             left -= NumberIn(dump, end);
         }
