@@ -1,5 +1,6 @@
 #include "bench/Options.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,7 @@ constexpr Option kOptions[] = {
 }  // namespace
 
 std::optional<Options> ParseOptions(int argc, char** argv) {
-    const std::vector<std::string_view> words(argv + 1, argv + argc);
+    const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
     Arguments arguments(words, kOptions);
     if (!arguments.Words().empty())
         arguments.SetError("unknown word " + std::string(arguments.Words().front()));
