@@ -28,7 +28,7 @@ Warnings are errors in every build. A step's whole output is in build/log/STEP.l
 one that fails is shown, without the lines of the tests that passed. AON_JOBS=NUMBER in the
 environment says how many things to do at once (otherwise one per processor); ccache is used when
 installed.
-On two cores about 30 minutes from nothing, 12 with warm caches. Exit status: 0 when all is well, 1
+On two cores about 30 minutes from nothing, 6 with warm caches. Exit status: 0 when all is well, 1
 when not, 2 for a bad command line.
 HELP
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
 
@@ -46,6 +47,10 @@ class RemoteClient {
         return service->stopService(handle, serviceType).getDescription();
     }
     std::string Unsubscribe() { return service->unsubscribeSensor(handle).getDescription(); }
+    std::string AskForSensors() {
+        std::vector<aidl::vendor::zarvo::hardware::camera::aon::AONSensorInfo> sensors;
+        return service->getAonSensorInfoList(&sensors).getDescription();
+    }
     std::string Unregister() { return service->unregisterClient(handle).getDescription(); }
 
     /** Ends the client's process; its death is told a moment later. */

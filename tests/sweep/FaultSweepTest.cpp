@@ -1,3 +1,5 @@
+#include <android/binder_manager.h>
+#include <android/binder_process.h>
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
@@ -8,7 +10,10 @@
 #include <system_error>
 #include <vector>
 
+#include "host/binder/services/FoundServices.h"
+#include "host/binder/services/PublishedServices.h"
 #include "host/control/FaultTable.h"
+#include "tests/support/RuntimeDirectory.h"
 #include "tests/sweep/LibcFaults.h"
 #include "tests/sweep/WholeService.h"
 
@@ -18,7 +23,10 @@ namespace {
 using aidl::vendor::zarvo::hardware::camera::aon::IAONService;
 using host::FaultPoint;
 
-struct Fault : host::NamedFault {};
+struct Fault : host::NamedFault {
+    /** The client finds the service by its name. */
+    bool isOfNames = false;
+};
 
 /** CTest calls tests by it. */
 void PrintTo(const Fault& fault, std::ostream* out) {
@@ -42,6 +50,17 @@ std::vector<Fault> Faults() {
                                    "binder.ping", "binder.linkToDeath", "binder.unlinkToDeath"}) {
         faults.push_back({{name, host::FindFault(name)}});
     }
+    for (const host::NamedFault& fault : {host::NamedFault{"name socket", &libc.socket},
+                                          {"name bind", &libc.bind},
+                                          {"name accept", &libc.accept},
+                                          {"name connect", &libc.connect},
+                                          {"name lock", &libc.lock},
+                                          {"name rename", &libc.rename},
+                                          {"name thread", &libc.thread},
+                                          {"name sendmsg broken", &libc.sendBroken},
+                                          {"name recv broken", &libc.receiveBroken}}) {
+        faults.push_back({fault, true});
+    }
     return faults;
 }
 
@@ -54,9 +73,35 @@ class FaultSweep : public WholeService, public testing::WithParamInterface<Fault
 
     /** A client does everything, whatever the answers are, and dies; a camera comes and goes. */
     void Scenario() {
+        if (GetParam().isOfNames) {
+            LiveByName();
+            return;
+        }
         const auto connection = host::Loopback::Connect(mService->asBinder().get());
         if (connection == nullptr) return;
-        const auto service = IAONService::fromBinder(connection->Root());
+        Live(IAONService::fromBinder(connection->Root()));
+        connection->Kill();
+        connection->WaitForNotices();
+    }
+    /** The same through the name that the service is published by, which is then withdrawn. */
+    void LiveByName() {
+        const RuntimeDirectory directory;
+        const std::string name = std::string(IAONService::descriptor) + "/default";
+        const std::string path = directory.path + "/" + IAONService::descriptor + "_default";
+        ABinderProcess_startThreadPool();
+        const auto published = AServiceManager_addService(mService->asBinder().get(), name.c_str());
+        {
+            const auto deadline = std::chrono::steady_clock::now() + kPatience;
+            auto root = host::FoundServices::Instance().Find(name, path, deadline);
+            // Who finds a name does not wait there in vain.
+            EXPECT_LT(std::chrono::steady_clock::now(), deadline);
+            EXPECT_TRUE(published == EX_NONE || !root);
+            Live(IAONService::fromBinder(ndk::SpAIBinder(root.Release())));
+        }
+        host::PublishedServices::Instance().WithdrawAll();
+        EXPECT_TRUE(std::filesystem::is_empty(directory.path));
+    }
+    void Live(const std::shared_ptr<IAONService>& service) {
         if (service == nullptr) return;
         const auto callback = ndk::SharedRefBase::make<RecordingCallback>();
         int64_t handle = 0;
@@ -65,7 +110,7 @@ class FaultSweep : public WholeService, public testing::WithParamInterface<Fault
             service->subscribeSensor(handle, Config());
             service->startService(handle, kTypes);
             mSimulator.DeliverOne();
-            UseCamera();
+            UseCamera(*callback);
             service->startService(handle, kTypes);
             mSimulator.DeliverOne();
             if (dies) break;
@@ -74,23 +119,24 @@ class FaultSweep : public WholeService, public testing::WithParamInterface<Fault
             service->unsubscribeSensor(handle);
             service->unregisterClient(handle);
         }
-        connection->Kill();
-        connection->WaitForNotices();
     }
 
-    void UseCamera() {
-        Notify([this] { mManager->NotifyOpen(kCamera); });
-        Notify([this] { mManager->NotifyClose(kCamera); });
-        AwaitNoCamera();
+    void UseCamera(RecordingCallback& callback) {
+        Notify([this] { mManager->NotifyOpen(kCamera); }, callback, {0, 2});
+        Notify([this] { mManager->NotifyClose(kCamera); }, callback, {0, 0});
+        Notify([this] { ExpectNoCamera(); }, callback, {0, 0});
     }
     /** Without a thread it throws, and the next one is told as ever. */
     template <typename Notice>
-    void Notify(Notice notice) {
+    void Notify(Notice notice, RecordingCallback& callback, RecordingCallback::State state) {
         try {
             notice();
         } catch (const std::system_error&) {
             ++mThrown;
             EXPECT_NO_THROW(notice());
+            EXPECT_NO_THROW(AwaitCameraNotices());
+            const auto states = callback.TakeStates();
+            EXPECT_TRUE(!states.empty() && states.back() == state);
         }
     }
 

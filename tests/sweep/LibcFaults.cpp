@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <pthread.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 
 #include <cerrno>
@@ -16,6 +17,12 @@ extern "C" {
 [[gnu::weak]] decltype(sendmsg) __interceptor_sendmsg;
 [[gnu::weak]] decltype(recv) __interceptor_recv;
 [[gnu::weak]] decltype(fopen) __interceptor_fopen;
+[[gnu::weak]] decltype(socket) __interceptor_socket;
+[[gnu::weak]] decltype(bind) __interceptor_bind;
+[[gnu::weak]] decltype(accept4) __interceptor_accept4;
+[[gnu::weak]] decltype(connect) __interceptor_connect;
+[[gnu::weak]] decltype(flock) __interceptor_flock;
+[[gnu::weak]] decltype(rename) __interceptor_rename;
 }
 
 namespace zarvo::test {
@@ -90,6 +97,36 @@ FILE* fopen(const char* path, const char* mode) {
     if (!std::string_view(path).starts_with("/data/aon/")) return real(path, mode);
     if (FailsWith(Faults().dumpOpen, EACCES)) return nullptr;
     return real(Faults().dumpWrite.ShouldFail() ? "/dev/full" : "/dev/null", mode);
+}
+
+int socket(int domain, int type, int protocol) noexcept {
+    static const auto real = Real("socket", __interceptor_socket);
+    return FailsWith(Faults().socket, EMFILE) ? -1 : real(domain, type, protocol);
+}
+
+int bind(int socket, const sockaddr* address, socklen_t length) noexcept {
+    static const auto real = Real("bind", __interceptor_bind);
+    return FailsWith(Faults().bind, ENOSPC) ? -1 : real(socket, address, length);
+}
+
+int accept4(int socket, sockaddr* address, socklen_t* length, int flags) {
+    static const auto real = Real("accept4", __interceptor_accept4);
+    return FailsWith(Faults().accept, EMFILE) ? -1 : real(socket, address, length, flags);
+}
+
+int connect(int socket, const sockaddr* address, socklen_t length) {
+    static const auto real = Real("connect", __interceptor_connect);
+    return FailsWith(Faults().connect, ECONNREFUSED) ? -1 : real(socket, address, length);
+}
+
+int flock(int file, int operation) noexcept {
+    static const auto real = Real("flock", __interceptor_flock);
+    return FailsWith(Faults().lock, EINTR) ? -1 : real(file, operation);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    static const auto real = Real("rename", __interceptor_rename);
+    return FailsWith(Faults().rename, EROFS) ? -1 : real(from, to);
 }
 
 }  // extern "C"

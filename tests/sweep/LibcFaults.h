@@ -18,6 +18,8 @@ struct LibcFaults {
     host::FaultPoint receiveBroken, receiveInterrupted;
     /** fopen of a dump: EACCES, or a file that takes nothing. All others are dropped. */
     host::FaultPoint dumpOpen, dumpWrite;
+    /** What publishes and finds a service: EMFILE, ENOSPC, EMFILE, ECONNREFUSED, EINTR, EROFS. */
+    host::FaultPoint socket, bind, accept, connect, lock, rename;
 };
 
 }  // namespace zarvo::test

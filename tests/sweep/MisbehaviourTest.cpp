@@ -92,6 +92,26 @@ TEST_F(Misbehaviour, OfWhoNeverReturnsFromAStateHoldsTheNextUntilItsDeath) {
     ExpectWhole();
 }
 
+TEST_F(Misbehaviour, OfWhoNeverReturnsFromACamerasNoticeHoldsTheNextNoticeUntilItsDeath) {
+    Hang hang;
+    std::atomic<bool> hangs{false};
+    RemoteClient client(mService);
+    client.callback->SetInState([&] {
+        if (hangs) hang.Enter();
+    });
+    Run(client);
+    hangs = true;
+    mManager->NotifyOpen(kCamera);
+    hang.AwaitInside();
+    ExpectDumped("callback onSensorStateChanged  for ");
+    auto closing = std::async(std::launch::async, [&] { mManager->NotifyClose(kCamera); });
+    client.BeginToDie();
+    closing.get();
+    hang.Release();
+    ExpectNoCamera();
+    ExpectWhole();
+}
+
 TEST_F(Misbehaviour, OfWhoLeavesInsideAnEventIsItsRight) {
     RemoteClient client(mService);
     std::vector<std::string> answers;

@@ -19,6 +19,8 @@ namespace zarvo::test {
 inline constexpr char kOk[] = "No error";
 inline constexpr int kTypes = 15;
 inline constexpr int kCamera = 0;
+/** No camera has this number. */
+inline constexpr int kNoCamera = 99;
 
 /** The service on the simulated sensor, which delivers by command, and what makes it whole. */
 class WholeService : public testing::Test {
@@ -66,10 +68,13 @@ class WholeService : public testing::Test {
     /** Ends the stream's threads, and waits until those of sessions have ended. */
     void ExpectNothingLeft(const Holdings& before) {
         mSimulator.Shutdown();
-        Await([&] { return Now() == before; });
+        Await([&] { return Now().IsWithin(before); });
     }
 
-    void AwaitNoCamera() {
+    /** Waits until all of it was told: a notification waits for the one before it. */
+    void AwaitCameraNotices() { mManager->NotifyClose(kNoCamera); }
+    void ExpectNoCamera() {
+        AwaitCameraNotices();
         Await([this] {
             const auto status = mManager->Status();
             return status && status->deviceCount == 0;

@@ -23,6 +23,8 @@ constexpr int kMillisecondsWhenFull = 100;
 /** Whether a process listens there; also one that is stopped, with more callers than can wait. */
 bool IsServed(const SocketAddress& address) {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    // Who has no descriptor to ask with has none to listen with.
+    if (!socket.IsOpen()) return false;
     if (connect(socket.Get(), address.Get(), address.Size()) == 0) return true;
     return errno != ECONNREFUSED && errno != ENOENT;
 }
@@ -32,6 +34,12 @@ FileDescriptor Listen(const SocketAddress& address) {
     if (!socket.IsOpen()) return socket;
     if (bind(socket.Get(), address.Get(), address.Size()) != 0) return FileDescriptor();
     return listen(socket.Get(), kBacklog) == 0 ? std::move(socket) : FileDescriptor();
+}
+
+/** For the reason that errno tells. */
+binder_exception_t CannotListen(const std::string& path) {
+    BINDER_LOGE("cannot listen at %s: %s", path.c_str(), strerror(errno));
+    return EX_ILLEGAL_STATE;
 }
 
 /** Waits a while for descriptors or memory; false if the socket is shut down. */
@@ -58,8 +66,8 @@ void AcceptAll(int socket, const std::shared_ptr<RpcServer>& server) {
 }  // namespace
 
 binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::string& instance,
-                                  std::shared_ptr<RpcServer> server, const Listener* replaced,
-                                  std::unique_ptr<Listener>* listener) {
+                                  std::shared_ptr<RpcServer> server, bool isServing,
+                                  const Listener* replaced, std::unique_ptr<Listener>* listener) {
     const std::string path = directory.SocketPath(instance);
     const std::string temporary = directory.TemporaryPath(instance);
     const auto address = SocketAddress::Of(path);
@@ -69,6 +77,7 @@ binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::
         return EX_ILLEGAL_STATE;
     }
     const FileDescriptor lock = directory.Lock();
+    if (!lock.IsOpen()) return CannotListen(path);
     if ((replaced == nullptr || !replaced->IsAt(path)) && IsServed(*address)) {
         BINDER_LOGE("another process serves %s", instance.c_str());
         return EX_ILLEGAL_STATE;
@@ -76,12 +85,16 @@ binder_exception_t Listener::Open(const RuntimeDirectory& directory, const std::
     // Bound beside its place: where it appears, it can be connected to.
     unlink(temporary.c_str());
     FileDescriptor socket = Listen(*temporaryAddress);
-    if (!lock.IsOpen() || !socket.IsOpen() || rename(temporary.c_str(), path.c_str()) != 0) {
-        BINDER_LOGE("cannot listen at %s: %s", path.c_str(), strerror(errno));
+    if (!socket.IsOpen()) {
+        const auto result = CannotListen(path);
         unlink(temporary.c_str());
-        return EX_ILLEGAL_STATE;
+        return result;
     }
-    listener->reset(new Listener(std::move(socket), path, std::move(server)));
+    std::unique_ptr<Listener> opened(new Listener(std::move(socket), temporary, std::move(server)));
+    // The name comes last: whoever finds it is served.
+    if (isServing && !opened->Start()) return EX_ILLEGAL_STATE;
+    if (!opened->MoveTo(path)) return CannotListen(path);
+    *listener = std::move(opened);
     return EX_NONE;
 }
 
@@ -89,6 +102,12 @@ Listener::Listener(FileDescriptor socket, std::string path, std::shared_ptr<RpcS
     : mSocket(std::move(socket)), mPath(std::move(path)), mServer(std::move(server)) {
     struct stat file {};
     if (lstat(mPath.c_str(), &file) == 0) mFile = file.st_ino;
+}
+
+bool Listener::MoveTo(const std::string& path) {
+    if (rename(mPath.c_str(), path.c_str()) != 0) return false;
+    mPath = path;
+    return true;
 }
 
 Listener::~Listener() {

@@ -20,10 +20,10 @@ namespace zarvo::host {
 class Listener {
   public:
     /** EX_NONE, or EX_ILLEGAL_STATE if anybody but `replaced`, which may be null, serves the name,
-     * or the system refuses. The name goes over without a gap. */
+     * or the system refuses. The name goes over without a gap, to who accepts if `isServing`. */
     static binder_exception_t Open(const RuntimeDirectory& directory, const std::string& instance,
-                                   std::shared_ptr<RpcServer> server, const Listener* replaced,
-                                   std::unique_ptr<Listener>* listener);
+                                   std::shared_ptr<RpcServer> server, bool isServing,
+                                   const Listener* replaced, std::unique_ptr<Listener>* listener);
     /** Takes the file away, ends all sessions and waits for the accepting thread. */
     ~Listener();
     Listener(const Listener&) = delete;
@@ -38,9 +38,11 @@ class Listener {
     Listener(FileDescriptor socket, std::string path, std::shared_ptr<RpcServer> server);
 
     bool IsAt(const std::string& path) const;
+    /** False, and nothing changes, if the system refuses. */
+    bool MoveTo(const std::string& path);
 
     const FileDescriptor mSocket;
-    const std::string mPath;
+    std::string mPath;
     const std::shared_ptr<RpcServer> mServer;
     ino_t mFile = 0;
     std::thread mThread;

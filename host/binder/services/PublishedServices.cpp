@@ -31,9 +31,9 @@ binder_exception_t PublishedServices::Publish(const std::string& instance, Ref<A
             known == mServices.end() ? nullptr : known->second.listener.get();
     // Under the lock, for whoever is told of the name must find the object itself.
     const auto result =
-            Listener::Open(*directory, instance, std::move(server), replaced, &service.listener);
+            Listener::Open(*directory, instance, std::move(server),
+                           ThreadPool::Instance().IsServing(), replaced, &service.listener);
     if (result != EX_NONE) return result;
-    if (ThreadPool::Instance().IsServing()) service.listener->Start();
     std::swap(service, mServices[instance]);
     return EX_NONE;
 }
