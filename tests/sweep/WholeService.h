@@ -61,9 +61,10 @@ class WholeService : public testing::Test {
     template <typename Condition>
     static void Await(Condition condition) {
         const auto end = std::chrono::steady_clock::now() + kPatience;
-        while (!condition() && std::chrono::steady_clock::now() < end)
+        bool isMet = condition();
+        for (; !isMet && std::chrono::steady_clock::now() < end; isMet = condition())
             std::this_thread::yield();
-        ASSERT_TRUE(condition());
+        ASSERT_TRUE(isMet);
     }
     /** Ends the stream's threads, and waits until those of sessions have ended. */
     void ExpectNothingLeft(const Holdings& before) {
