@@ -5,14 +5,14 @@
 #include <string_view>
 #include <vector>
 
-#include "host/ctl/Arguments.h"
+#include "host/programs/Arguments.h"
 
 namespace zarvo::bench {
 
 namespace {
 
-using host::ctl::Arguments;
-using host::ctl::Option;
+using host::Arguments;
+using host::Option;
 
 constexpr Option kOptions[] = {
         {"--quick", "", ""},    {"--check", "", ""},         {"--only", "ROW", ""},

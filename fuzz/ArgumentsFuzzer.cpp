@@ -29,7 +29,7 @@ Words Split(std::string_view text) {
     return words;
 }
 
-void ChooseConfig(zarvo::host::ctl::Arguments& arguments) {
+void ChooseConfigFrom(zarvo::host::Arguments& arguments) {
     using namespace zarvo::host::ctl;
     AONSensorInfo sensor;
     sensor.frameInfos.resize(2);
@@ -45,15 +45,15 @@ void ReadForAonctl(Views words) {
     (void)Completions(words);
     const Command* const command = words.empty() ? nullptr : FindCommand(words[0]);
     if (command == nullptr) return;
-    const std::vector<Option> options = command->AllOptions();
-    Arguments arguments(words.subspan(1), options);
+    const std::vector<zarvo::host::Option> options = command->AllOptions();
+    zarvo::host::Arguments arguments(words.subspan(1), options);
     CheckWords(*command, arguments);
     const size_t count = arguments.Words().size();
     const bool fits = count >= command->leastWords && count <= command->mostWords;
     if (arguments.Error().empty() && !fits) std::abort();
-    if (command->runsClient) ChooseConfig(arguments);
+    if (command->runsClient) ChooseConfigFrom(arguments);
     constexpr int64_t kLeast = -5, kMost = 100'000;
-    for (const Option& option : options) {
+    for (const zarvo::host::Option& option : options) {
         const int64_t number = arguments.Number(option.name, 0, kLeast, kMost);
         if (number < kLeast || number > kMost) std::abort();
     }

@@ -5,15 +5,15 @@
 #include <string>
 
 #include "fuzz/Input.h"
-#include "host/demo/Lines.h"
 #include "host/demo/Narrator.h"
+#include "host/programs/Lines.h"
 
 namespace {
 
-using namespace zarvo::host::demo;
+using namespace zarvo::host;
 
 void Read(std::string_view line) {
-    static Narrator narrator;
+    static demo::Narrator narrator;
     narrator.Log(line);
     while (!line.empty()) {
         const size_t before = line.size();

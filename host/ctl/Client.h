@@ -5,8 +5,8 @@
 
 #include <chrono>
 
-#include "host/ctl/Arguments.h"
 #include "host/ctl/Sensors.h"
+#include "host/programs/Arguments.h"
 
 namespace zarvo::host::ctl {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "host/ctl/Arguments.h"
+#include "host/programs/Arguments.h"
 
 namespace zarvo::host::ctl {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "host/ctl/Arguments.h"
 #include "host/ctl/Service.h"
+#include "host/programs/Arguments.h"
 
 namespace zarvo::host::ctl {
 

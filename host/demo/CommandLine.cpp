@@ -1,51 +1,36 @@
 #include "host/demo/CommandLine.h"
 
-#include <charconv>
+#include "host/programs/Arguments.h"
 
 namespace zarvo::host::demo {
 namespace {
 
-bool ParseNumber(std::string_view text, uint64_t& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
-}
+constexpr Option kOptions[] = {
+        {"--seed", "NUMBER", ""}, {"--role", "ROLE", ""}, {"--quick", "", ""},
+        {"-q", "", ""},           {"--verbose", "", ""},  {"-v", "", ""},
+};
 
-bool ParseRole(std::string_view text, Role& role) {
-    if (text != "client" && text != "controls") return false;
-    role = text == "client" ? Role::kClient : Role::kControls;
-    return true;
-}
-
-/** An argument with its value. */
-void ParsePair(std::string_view name, std::string_view value, Options& options) {
-    if (name == "--seed") {
-        if (!ParseNumber(value, options.seed)) options.error = "--seed wants a number";
-    } else if (name == "--role") {
-        if (!ParseRole(value, options.role)) options.error = "there is no such role";
-    } else {
-        options.error = "unknown argument: " + std::string(name);
-    }
+Role RoleOf(Arguments& arguments) {
+    const std::string_view role = arguments.Value("--role");
+    if (role == "client") return Role::kClient;
+    if (role == "controls") return Role::kControls;
+    if (arguments.Has("--role")) arguments.SetError("there is no such role");
+    return Role::kDirector;
 }
 
 }  // namespace
 
-Options ParseCommandLine(std::span<const std::string_view> arguments) {
+Options ParseCommandLine(std::span<const std::string_view> words) {
+    Arguments arguments(words, kOptions);
+    if (!arguments.Words().empty())
+        arguments.SetError("unknown word " + std::string(arguments.Words().front()));
     Options options;
-    while (!arguments.empty() && options.error.empty()) {
-        const std::string_view argument = arguments.front();
-        arguments = arguments.subspan(1);
-        if (argument == "--help" || argument == "-h") {
-            options.help = true;
-        } else if (argument == "--verbose" || argument == "-v") {
-            options.verbose = true;
-        } else if (argument == "--quick" || argument == "-q") {
-            options.quick = true;
-        } else {
-            const bool hasValue = !arguments.empty();
-            ParsePair(argument, hasValue ? arguments.front() : std::string_view(), options);
-            arguments = arguments.subspan(hasValue ? 1 : 0);
-        }
-    }
+    options.seed = static_cast<uint64_t>(arguments.Number("--seed", 1, 0, INT64_MAX));
+    options.quick = arguments.Has("--quick") || arguments.Has("-q");
+    options.verbose = arguments.Has("--verbose") || arguments.Has("-v");
+    options.help = arguments.WantsHelp();
+    options.role = RoleOf(arguments);
+    options.error = arguments.Error();
     return options;
 }
 

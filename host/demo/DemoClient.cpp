@@ -3,7 +3,7 @@
 #include <csignal>
 #include <utility>
 
-#include "host/demo/Lines.h"
+#include "host/programs/Lines.h"
 #include "host/text/EventText.h"
 
 namespace zarvo::host::demo {

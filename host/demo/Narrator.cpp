@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "host/demo/Lines.h"
+#include "host/programs/Lines.h"
 
 namespace zarvo::host::demo {
 namespace {

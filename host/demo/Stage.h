@@ -9,7 +9,7 @@
 
 #include "host/binder/services/FileDescriptor.h"
 #include "host/demo/Narrator.h"
-#include "host/demo/Process.h"
+#include "host/programs/Process.h"
 
 namespace zarvo::host::demo {
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "host/ctl/Arguments.h"
+#include "host/programs/Arguments.h"
 
 namespace zarvo::host {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 constexpr char kName[] = "vendor.zarvo.hardware.camera.aon-service";
 constexpr int kMisused = 2;
 
-constexpr ctl::Option kOptions[] = {
+constexpr Option kOptions[] = {
         {"--replay", "FILE", ""},
         {"--replay-loop", "", ""},
         {"--help", "", ""},
@@ -47,7 +47,7 @@ ServiceOptions ParseCommandLine(int argc, char** argv) {
     std::vector<std::string_view> words;
     for (int i = 1; i < argc; ++i)
         words.push_back(argv[i] == std::string_view("-h") ? "--help" : argv[i]);
-    ctl::Arguments arguments(words, kOptions);
+    Arguments arguments(words, kOptions);
     if (arguments.Has("--help")) {
         std::printf("usage: %s [OPTION]...%s", kName, kHelp);
         return Ended(EXIT_SUCCESS);

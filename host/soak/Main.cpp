@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/ctl/Arguments.h"
+#include "host/programs/Arguments.h"
 #include "host/recording/RecordingWriter.h"
 #include "host/soak/Sections.h"
 #include "host/soak/Victim.h"
@@ -27,7 +27,7 @@ constexpr int kMisused = 2;
 /** For what the allocator keeps, and how its arenas fall out. */
 constexpr int64_t kMayGrow = 2048;
 
-constexpr ctl::Option kOptions[] = {
+constexpr Option kOptions[] = {
         {"--cycles", "NUMBER", ""}, {"--minutes", "NUMBER", ""}, {"--may-grow", "KIB", ""},
         {"--victim", "STATE", ""},  {"--help", "", ""},
 };
@@ -227,7 +227,7 @@ bool Interrupted() {
 int main(int argc, char** argv) {
     using namespace zarvo::host;
     const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
-    ctl::Arguments arguments(words, soak::kOptions);
+    Arguments arguments(words, soak::kOptions);
     if (arguments.WantsHelp()) {
         std::printf("%s", soak::kHelp);
         return EXIT_SUCCESS;

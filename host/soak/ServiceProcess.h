@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/demo/Process.h"
+#include "host/programs/Process.h"
 
 namespace zarvo::host::soak {
 
@@ -56,7 +56,7 @@ class ServiceProcess {
   private:
     bool Runs();
 
-    demo::Process mProcess;
+    Process mProcess;
     std::shared_ptr<IAONService> mService;
     std::shared_ptr<IHostControl> mControls;
 };

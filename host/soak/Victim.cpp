@@ -99,7 +99,7 @@ int RunVictim(std::string_view state) {
 
 Victim::Victim(std::string_view state)
     : mProcess("a client", {PathBesideThis("aon-soak"), "--victim", std::string(state)},
-               demo::Process::Errors::kInherited) {}
+               Process::Errors::kInherited) {}
 
 Victim::~Victim() {
     mProcess.Kill();

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/demo/Process.h"
+#include "host/programs/Process.h"
 
 namespace zarvo::host::soak {
 
@@ -39,7 +39,7 @@ class Victim {
     void Kill() { mProcess.Kill(); }
 
   private:
-    demo::Process mProcess;
+    Process mProcess;
 };
 
 }  // namespace zarvo::host::soak

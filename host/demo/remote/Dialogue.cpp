@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-#include "host/demo/Lines.h"
+#include "host/programs/Lines.h"
 
 namespace zarvo::host::demo {
 namespace {

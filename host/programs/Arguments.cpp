@@ -1,9 +1,9 @@
-#include "host/ctl/Arguments.h"
+#include "host/programs/Arguments.h"
 
 #include <algorithm>
 #include <charconv>
 
-namespace zarvo::host::ctl {
+namespace zarvo::host {
 namespace {
 
 bool LooksLikeOption(std::string_view word) {
@@ -93,4 +93,4 @@ std::optional<int64_t> Arguments::Parse(std::string_view text, std::string_view 
     return std::nullopt;
 }
 
-}  // namespace zarvo::host::ctl
+}  // namespace zarvo::host

@@ -1,4 +1,4 @@
-#include "host/demo/Process.h"
+#include "host/programs/Process.h"
 
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -12,7 +12,7 @@
 #include <cstring>
 #include <utility>
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 namespace {
 
 constexpr int kCannotRun = 127;
@@ -119,4 +119,4 @@ std::string Process::EndText() const {
     return "killed by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
 }
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host

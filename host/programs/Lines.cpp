@@ -1,9 +1,9 @@
-#include "host/demo/Lines.h"
+#include "host/programs/Lines.h"
 
 #include <algorithm>
 #include <charconv>
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 
 std::optional<std::string> LineBuffer::Next() {
     const size_t end = mBytes.find('\n');
@@ -28,4 +28,4 @@ std::optional<int64_t> ParseNumber(std::string_view text) {
     return number;
 }
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host

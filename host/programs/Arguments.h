@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zarvo::host::ctl {
+namespace zarvo::host {
 
 /** One option of a command. */
 struct Option {
@@ -60,4 +60,4 @@ class Arguments {
     std::string mError;
 };
 
-}  // namespace zarvo::host::ctl
+}  // namespace zarvo::host

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 
 /** Bytes that come in pieces, given back as lines. */
 class LineBuffer {
@@ -25,4 +25,4 @@ std::string_view TakeWord(std::string_view& text);
 /** The whole text as a decimal number. */
 std::optional<int64_t> ParseNumber(std::string_view text);
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host

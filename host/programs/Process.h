@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "host/binder/services/FileDescriptor.h"
-#include "host/demo/Lines.h"
+#include "host/programs/Lines.h"
 
-namespace zarvo::host::demo {
+namespace zarvo::host {
 
 /**
  * A child process, what it is told and the lines that it prints. It is killed when this program
@@ -67,4 +67,4 @@ class Process {
     std::optional<int> mStatus;
 };
 
-}  // namespace zarvo::host::demo
+}  // namespace zarvo::host
