@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "host/soak/Interrupt.h"
 #include "host/soak/Life.h"
 #include "host/soak/Victim.h"
 #include "host/soak/Wait.h"
@@ -153,7 +154,7 @@ class Events : public Section {
 
 }  // namespace
 
-std::vector<Plan> AllSections() {
+std::vector<Plan> SceneSections() {
     std::vector<Plan> plans;
     plans.push_back({std::make_unique<StartStop>(), 100});
     plans.push_back({std::make_unique<CameraOpenClose>(), 100});
