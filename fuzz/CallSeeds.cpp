@@ -59,6 +59,8 @@ void AddServiceCalls(const SeedFolder& seeds) {
     seeds.Add("transactions", "death", arrives + kFrame + kDeath);
     seeds.Add("transactions", "camera",
               arrives + OpenCamera(0) + kFrame + CloseCamera(0) + Service(4, {handle, types}));
+    const std::string asked = Call(0xFF, {}) + '\5' + Call(0xFE, {});
+    seeds.Add("transactions", "versions", '\5' + asked + '\4' + asked);
     seeds.Add("transactions", "none", Service(1, {std::string(1, kNull), types}));
     seeds.Add("transactions", "state",
               '\4' + Call(2, {handle, is, Part(ParcelOf(AONSensorStateInfo()))}));
@@ -71,6 +73,7 @@ void AddControlCalls(const SeedFolder& seeds) {
                               Call(3, {Number(0.5F)}) + Call(4, {}) + Call(5, {});
     const std::string cameras =
             Call(6, {Number(1)}) + Call(7, {Number(1)}) + Call(8, {Number(1), Number(3)});
+    const std::string stormOnOpenCamera = Call(6, {Number(1)}) + Call(8, {Number(1), Number(0)});
     const std::string lies = Part(Raw(40) + Raw(int64_t{-1}) + Raw(int64_t{31}) + Raw(int64_t{-1}) +
                                   Raw(int64_t{-1}) + Raw(1));
     const std::string one = Number(int64_t{1});
@@ -80,6 +83,7 @@ void AddControlCalls(const SeedFolder& seeds) {
     const std::string properties = Call(16, {Text("a.b"), Text("1")}) + Call(15, {Text("a.b")});
     seeds.Add("control", "turns", turns);
     seeds.Add("control", "cameras", cameras);
+    seeds.Add("control", "storm-on-open-camera", stormOnOpenCamera);
     seeds.Add("control", "faults", faults);
     seeds.Add("control", "properties", properties);
     seeds.Add("control", "dump", Call(17, {Number(1), Text("--json")}) + Call(17, {Number(0)}));

@@ -28,8 +28,11 @@ void AddRecord(const SeedFolder& seeds, const aov_event& event) {
     for (const auto& block : {aon::layout::kFusion, aon::layout::kGazeResult,
                               aon::layout::kFaceAngleResult, aon::layout::kFaceFeatureResult}) {
         const char* const begin = reinterpret_cast<const char*>(event.output) + block.offset;
-        seeds.Add("events", "block-at-" + std::to_string(block.offset),
-                  words + std::string(begin, std::min<size_t>(block.size, kMost)));
+        const std::string bytes(begin, std::min<size_t>(block.size, kMost));
+        const std::string name = "block-at-" + std::to_string(block.offset);
+        // With no property set, and with all.
+        seeds.Add("events", name, '\0' + words + bytes);
+        seeds.Add("events", name + "-looked-at", '\7' + words + bytes);
     }
 }
 

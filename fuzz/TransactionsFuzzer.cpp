@@ -9,7 +9,6 @@
 
 #include "fuzz/Calls.h"
 #include "fuzz/Samples.h"
-#include "host/stream/SimulatorControl.h"
 #include "service/AONService.h"
 
 namespace {
@@ -38,14 +37,7 @@ constexpr int64_t kHandle = 1;
 /** The service on a simulated sensor with small pictures, whose frames come by command. */
 class Bench {
   public:
-    Bench() {
-        zarvo::host::SensorDescription sensor{.id = 0, .mode = 0x3F, .sizes = {{}}};
-        sensor.sizes[0].width = zarvo::fuzz::kWidth;
-        sensor.sizes[0].height = zarvo::fuzz::kHeight;
-        sensor.sizes[0].rates = {5, 10};
-        mSimulator.SetSensors({sensor});
-        mSimulator.SetManualDelivery(true);
-    }
+    Bench() { zarvo::fuzz::SetSmallSensor(mSimulator); }
 
     void Do(zarvo::fuzz::Input& input) {
         const std::array objects{mBinders[0].get(), mBinders[1].get(), mBinders[2].get()};

@@ -1,6 +1,8 @@
 # shellcheck shell=bash
 # ./aon fuzz
 
+source fuzz/Options.sh
+
 readonly FUZZERS=(
     "events|the stream's records, as the service makes events of them"
     "parcel|each record of the interfaces, in a parcel"
@@ -68,9 +70,10 @@ run_fuzz() {
 # fuzz_target TARGET SECONDS: false, and the report, if something was found.
 fuzz_target() {
     local target="$1" corpus="$FUZZ/corpus/$1" log="build/log/fuzz-$1.log" status=0
-    local options=(-max_total_time="$2" -max_len=4096 -timeout=30 -malloc_limit_mb=64 -print_final_stats=1
-                   -close_fd_mask=3 -artifact_prefix="$FUZZ/findings/$target-")
-    [ ! -f "fuzz/$target.dict" ] || options+=(-dict="fuzz/$target.dict")
+    local options
+    fuzz_options "$target" "fuzz/$target.dict"
+    options+=(-max_total_time="$2" -timeout=30 -print_final_stats=1
+              -artifact_prefix="$FUZZ/findings/$target-")
     mkdir -p "$corpus"
     printf '%-13s' "$target"
     "$FUZZ/bin/${target}_fuzzer" "${options[@]}" "$corpus" \

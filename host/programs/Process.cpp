@@ -44,7 +44,8 @@ void LeaveTerminalToParent() {
 
 }  // namespace
 
-Process::Process(std::string name, const std::vector<std::string>& command, Errors errors)
+Process::Process(std::string name, const std::vector<std::string>& command, Errors errors,
+                 Group group)
     : mName(std::move(name)) {
     std::array<int, 2> sockets{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) return;
@@ -57,7 +58,10 @@ Process::Process(std::string name, const std::vector<std::string>& command, Erro
     words.push_back(nullptr);
     const pid_t parent = getpid();
     mPid = fork();
-    if (mPid == 0) Become(words, childs.Get(), errors, parent);
+    if (mPid == 0) {
+        if (group == Group::kOwn) setpgid(0, 0);
+        Become(words, childs.Get(), errors, parent);
+    }
 }
 
 std::string Process::Title() const {

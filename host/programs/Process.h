@@ -21,10 +21,14 @@ class Process {
   public:
     /** Which streams of the child's besides its standard input and output come here. */
     enum class Errors { kInherited, kTaken };
+    /** Its process group. In one of its own it does not hear what is typed at this program: neither
+     * Ctrl-C, nor Ctrl-Z. In the parent's it does, and begins with SIGINT blocked. */
+    enum class Group { kParents, kOwn };
 
     /** Starts the program; if the system refuses, Pid() is -1 and errno tells why. A program that
      * cannot be run ends at once, with a line that says so. */
-    Process(std::string name, const std::vector<std::string>& command, Errors errors);
+    Process(std::string name, const std::vector<std::string>& command, Errors errors,
+            Group group = Group::kParents);
 
     const std::string& Name() const { return mName; }
     /** The name, and the number of the process. */

@@ -27,8 +27,7 @@ ndk::ScopedAStatus Client::onAONEvent(int64_t, const AONCallBackInfo& info) {
 ndk::ScopedAStatus Client::onSensorStateChanged(int64_t, const AONSensorStateInfo& info) {
     const std::lock_guard lock(mMutex);
     uint64_t& told = mTold[info.sensorId];
-    const bool repeats = told % mCycle.size() == 0 && info.state == mCycle.back();
-    if (repeats && mLast == Last::kMayRepeat) return ndk::ScopedAStatus::ok();
+    if (IsBesides(info.state, told)) return ndk::ScopedAStatus::ok();
     const uint64_t number = told++;
     const int due = mCycle[number % mCycle.size()];
     if (info.state != due && mSurprise.empty()) {
@@ -38,6 +37,12 @@ ndk::ScopedAStatus Client::onSensorStateChanged(int64_t, const AONSensorStateInf
     }
     mChanged.notify_all();
     return ndk::ScopedAStatus::ok();
+}
+
+bool Client::IsBesides(int state, uint64_t told) const {
+    if (mBesides == Besides::kNothing) return false;
+    const bool repeats = told % mCycle.size() == 0 && state == mCycle.back();
+    return repeats || state == AONSensorStateInfo::SENSOR_STATE_STARTED;
 }
 
 uint64_t Client::Events() const {

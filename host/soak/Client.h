@@ -31,12 +31,13 @@ SensorConfigInfo Config();
  */
 class Client : public aidl::vendor::zarvo::hardware::camera::aon::BnAONServiceCallBack {
   public:
-    /** Whether the last state of a cycle may be told again. */
-    enum class Last { kOnce, kMayRepeat };
+    /** What else than its cycle a sensor may be told: nothing; or, when it is started and stopped
+     * beside that, the last state again, and anywhere that it is started. */
+    enum class Besides { kNothing, kStarts };
 
     /** Every sensor is to be told these states, over and over, in this order. */
-    explicit Client(std::vector<int> cycle, Last last = Last::kOnce)
-        : mCycle(std::move(cycle)), mLast(last) {}
+    explicit Client(std::vector<int> cycle, Besides besides = Besides::kNothing)
+        : mCycle(std::move(cycle)), mBesides(besides) {}
 
     ndk::ScopedAStatus onAONEvent(int64_t clientHandle, const AONCallBackInfo& info) override;
     ndk::ScopedAStatus onSensorStateChanged(int64_t clientHandle,
@@ -57,12 +58,15 @@ class Client : public aidl::vendor::zarvo::hardware::camera::aon::BnAONServiceCa
     std::string Surprise() const;
 
   private:
+    /** Whether a state that a sensor is told after so many others is none of its cycle's. */
+    bool IsBesides(int state, uint64_t told) const;
+
     const std::vector<int> mCycle;
-    const Last mLast;
+    const Besides mBesides;
     mutable std::mutex mMutex;
     std::condition_variable mChanged;
     uint64_t mEvents = 0;
-    /** How often each sensor was told a state, without those that repeat. */
+    /** How often each sensor was told a state of its cycle. */
     std::map<int, uint64_t> mTold;
     size_t mToKeep = 0;
     std::vector<AONCallBackInfo> mKept;

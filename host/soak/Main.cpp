@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +11,7 @@
 
 #include "host/programs/Arguments.h"
 #include "host/recording/RecordingWriter.h"
+#include "host/soak/Interrupt.h"
 #include "host/soak/Sections.h"
 #include "host/soak/Victim.h"
 #include "host/soak/Wait.h"
@@ -24,8 +23,8 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
 using std::chrono::steady_clock;
 
 constexpr int kMisused = 2;
-/** For what the allocator keeps, and how its arenas fall out. */
-constexpr int64_t kMayGrow = 2048;
+/** KiB, for what the allocator keeps, and how its arenas fall out. */
+constexpr int64_t kMayGrow = 512;
 
 constexpr Option kOptions[] = {
         {"--cycles", "NUMBER", ""}, {"--minutes", "NUMBER", ""}, {"--may-grow", "KIB", ""},
@@ -39,19 +38,20 @@ constexpr char kHelp[] =
         "was\n"
         "warm, that the sensor is released, that no client misses a state, that the next client "
         "is\n"
-        "served. Cycles of start and stop, of a camera that opens and closes, clients that are\n"
-        "killed wherever they may be, events as fast as the service takes them.\n\n"
+        "served. Cycles of start and stop, of a camera that opens and closes, starts against a\n"
+        "storm of cameras, clients that are killed wherever they may be, and, with another "
+        "service,\n"
+        "events as fast as it takes them.\n\n"
         "  --cycles NUMBER   10000 unless given: so many starts, cameras and storm cycles; a "
         "tenth\n"
         "                    of it in kills for each state, a hundred times of it in events\n"
-        "  --minutes NUMBER  begin again until so many minutes are over\n"
-        "  --may-grow KIB    how much memory may come to what the warm service has; 2048 if not\n"
+        "  --minutes NUMBER  begin again with new services until so many minutes are over or\n"
+        "                    something was found\n"
+        "  --may-grow KIB    how much memory may come to what the warm service has; 512 if not\n"
         "                    given\n\n"
         "Exit status: 0 when nothing was found, 1 when something was, or it was interrupted, 2 "
         "for\n"
         "a bad command line.\n";
-
-std::atomic<bool> gInterrupted{false};
 
 /** The directory of the services' sockets, gone at the end, and the log of all processes. */
 class Scratch {
@@ -74,6 +74,11 @@ class Scratch {
     bool IsThere() const { return !mPath.empty(); }
     std::string Log() const { return mPath + "/log"; }
     std::string Recording() const { return mPath + "/events.aonrec"; }
+    /** So that it does not grow for as long as one likes. */
+    void ClearLog() const {
+        std::error_code error;
+        std::filesystem::resize_file(Log(), 0, error);
+    }
     /** Prints the end of the log. */
     void PrintLog() const {
         constexpr std::streamoff kBytes = 6000;
@@ -112,16 +117,14 @@ void CheckWhole(ServiceProcess& service, const Options& options, Row& row) {
     if (row.after.memory > row.before.memory + options.mayGrow) row.Find("memory was left");
 }
 
-/** Runs a section once more; the first time it is warmed up before. */
+/** Runs a section: a tenth of it warms the service up. */
 void RunSection(ServiceProcess& service, const Plan& plan, const Options& options, Row& row) {
     const auto start = steady_clock::now();
     const uint64_t times = std::max<uint64_t>(1, options.cycles * plan.timesPerHundred / 100);
-    const uint64_t warmUp = row.done == 0 ? std::max<uint64_t>(1, times / 10) : 0;
-    if (row.done == 0) {
-        plan.section->Run(service, warmUp, row);
-        LiveOnce(service, row);
-        row.before = service.AwaitSettled();
-    }
+    const uint64_t warmUp = std::max<uint64_t>(1, times / 10);
+    plan.section->Run(service, warmUp, row);
+    LiveOnce(service, row);
+    row.before = service.AwaitSettled();
     if (row.findings.empty()) plan.section->Run(service, times - warmUp, row);
     if (service.Serves()) {
         CheckWhole(service, options, row);
@@ -143,48 +146,70 @@ void RemovePicture(AONCallBackInfo& event) {
     });
 }
 
-/** The events as a recording, one right after the other; only the first has its picture. */
-bool WriteRecording(const std::string& path, std::vector<AONCallBackInfo> events) {
-    for (size_t i = 1; i < events.size(); ++i)
-        RemovePicture(events[i]);
+/**
+ * A recording of so many events, one right after the other: the given ones over and over, with
+ * their pictures the first time alone. A replay pauses before it begins again, so it is to be long.
+ */
+bool WriteRecording(const std::string& path, std::vector<AONCallBackInfo> events, size_t count) {
     std::ofstream file(path, std::ios::binary);
     recording::RecordingWriter writer([&](std::span<const uint8_t> bytes) {
         file.write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));
         return file.good();
     });
-    bool good = writer.Begin(Config());
-    for (const AONCallBackInfo& event : events)
-        good = good && writer.Write(std::chrono::nanoseconds(0), event);
+    bool good = !events.empty() && writer.Begin(Config());
+    for (size_t i = 0; i < count && good; ++i) {
+        AONCallBackInfo& event = events[i % events.size()];
+        good = writer.Write(std::chrono::nanoseconds(0), event);
+        RemovePicture(event);
+    }
     return good && writer.End(std::chrono::nanoseconds(0), {}) && file.flush();
 }
 
-/** All sections on the simulated scene; keeps some of its events. */
-void SoakScene(const Options& options, std::vector<Row>& rows,
-               std::vector<AONCallBackInfo>& events) {
-    const std::vector<Plan> plans = AllSections();
-    for (const Plan& plan : plans)
-        rows.emplace_back().title = plan.section->Title();
-    ServiceProcess service({});
-    if (!service.Serves()) return rows.front().Find("the service does not start");
+/** All sections on the simulated scene; gives some of its events. */
+std::vector<AONCallBackInfo> SoakScene(const std::vector<Plan>& plans, const Options& options,
+                                       std::span<Row> rows) {
     constexpr size_t kEvents = 16;
+    std::vector<AONCallBackInfo> events;
+    ServiceProcess service({});
+    if (!service.Serves()) {
+        rows.front().Find("the service does not start");
+        return events;
+    }
     LiveOnce(service, rows.front(), kEvents, &events);
-    const auto end = steady_clock::now() + options.minutes;
-    do {
-        for (size_t i = 0; i < plans.size() && !gInterrupted && service.Serves(); ++i)
-            RunSection(service, plans[i], options, rows[i]);
-    } while (!gInterrupted && service.Serves() && steady_clock::now() < end &&
-             rows.front().findings.empty());
+    for (size_t i = 0; i < plans.size() && !Interrupted() && service.Serves(); ++i)
+        RunSection(service, plans[i], options, rows[i]);
     const std::string ended = service.End();
     if (!ended.empty()) rows.back().Find(ended);
+    return events;
 }
 
-void SoakEvents(const Options& options, const std::string& recording, Row& row) {
+void SoakEvents(const Plan& plan, const Options& options, const std::string& recording, Row& row) {
     ServiceProcess service({"--replay", recording, "--replay-loop"});
     if (!service.Serves()) return row.Find("the service does not start");
-    RunSection(service, EventSection(), options, row);
+    RunSection(service, plan, options, row);
     const std::string ended = service.End();
     if (!ended.empty()) row.Find(ended);
+}
+
+/** Everything, each kind of load with a service of its own. */
+void SoakAll(const Scratch& scratch, const Options& options, std::vector<Row>& rows) {
+    constexpr size_t kRecorded = 4096;
+    const std::vector<Plan> plans = SceneSections();
+    const Plan eventPlan = EventSection();
+    for (const Plan& plan : plans)
+        rows.emplace_back().title = plan.section->Title();
+    rows.emplace_back().title = eventPlan.section->Title();
+    const auto end = steady_clock::now() + options.minutes;
+    do {
+        scratch.ClearLog();
+        const auto events = SoakScene(plans, options, std::span(rows).first(plans.size()));
+        if (Interrupted()) return;
+        if (!WriteRecording(scratch.Recording(), events, kRecorded)) {
+            return rows.back().Find("cannot write a recording");
+        }
+        SoakEvents(eventPlan, options, scratch.Recording(), rows.back());
+    } while (!Interrupted() && !HasFindings(rows) && steady_clock::now() < end);
 }
 
 int Soak(const Options& options) {
@@ -193,35 +218,20 @@ int Soak(const Options& options) {
         std::printf("cannot make a directory below /tmp\n");
         return EXIT_FAILURE;
     }
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(number, [](int) { gInterrupted = true; });
+    TakeInterrupts();
     // One arena, and large blocks given back: what the service keeps shows then.
     setenv("MALLOC_ARENA_MAX", "1", 1);
     setenv("MALLOC_MMAP_THRESHOLD_", "1048576", 1);
     ABinderProcess_startThreadPool();
     std::vector<Row> rows;
-    std::vector<AONCallBackInfo> events;
-    SoakScene(options, rows, events);
-    Row& eventRow = rows.emplace_back();
-    eventRow.title = EventSection().section->Title();
-    if (!gInterrupted) {
-        if (!WriteRecording(scratch.Recording(), events)) eventRow.Find("cannot write a recording");
-        SoakEvents(options, scratch.Recording(), eventRow);
-    }
+    SoakAll(scratch, options, rows);
     PrintTable(rows);
-    if (gInterrupted) std::printf("\ninterrupted\n");
-    const bool found = std::any_of(rows.begin(), rows.end(),
-                                   [](const Row& row) { return !row.findings.empty(); });
-    if (found) scratch.PrintLog();
-    return found || gInterrupted ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (Interrupted()) std::printf("\ninterrupted\n");
+    if (HasFindings(rows)) scratch.PrintLog();
+    return HasFindings(rows) || Interrupted() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 }  // namespace
-
-bool Interrupted() {
-    return gInterrupted;
-}
-
 }  // namespace zarvo::host::soak
 
 int main(int argc, char** argv) {

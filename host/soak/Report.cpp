@@ -2,7 +2,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+
+#include "host/soak/Interrupt.h"
 
 namespace zarvo::host::soak {
 namespace {
@@ -21,8 +24,15 @@ std::string Grouped(uint64_t number) {
     return text;
 }
 
+/** A section that has not begun holds nothing. */
 std::string Change(long before, long after) {
+    if (after == 0) return "-";
     return Grouped(static_cast<uint64_t>(before)) + " > " + Grouped(static_cast<uint64_t>(after));
+}
+
+const char* Verdict(const Row& row) {
+    if (!row.findings.empty()) return "see below";
+    return row.after.threads == 0 ? "-" : "nothing";
 }
 
 double Seconds(steady_clock::duration time) {
@@ -32,7 +42,12 @@ double Seconds(steady_clock::duration time) {
 }  // namespace
 
 void Row::Find(const std::string& finding) {
-    if (findings.size() < kMostFindings) findings.push_back(finding);
+    if (findings.size() < kMostFindings && !Interrupted()) findings.push_back(finding);
+}
+
+bool HasFindings(std::span<const Row> rows) {
+    return std::any_of(rows.begin(), rows.end(),
+                       [](const Row& row) { return !row.findings.empty(); });
 }
 
 Progress::Progress(std::string title, uint64_t goal)
@@ -69,8 +84,7 @@ void PrintTable(const std::vector<Row>& rows) {
                     Grouped(row.done).c_str(), Seconds(row.time),
                     Change(row.before.descriptors, row.after.descriptors).c_str(),
                     Change(row.before.threads, row.after.threads).c_str(),
-                    Change(row.before.memory, row.after.memory).c_str(),
-                    row.findings.empty() ? "nothing" : "see below");
+                    Change(row.before.memory, row.after.memory).c_str(), Verdict(row));
     }
     for (const Row& row : rows)
         for (const std::string& finding : row.findings)

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,14 +15,17 @@ struct Row {
     std::string title;
     uint64_t done = 0;
     std::chrono::steady_clock::duration time{0};
-    /** What the service's process held when the section was warm for the first time, and when it
-     * ended for the last. */
+    /** What the service's process held when the section was warm, and when it ended; of the last
+     * time that it ran. */
     Holdings before, after;
     /** The first ones. */
     std::vector<std::string> findings;
 
+    /** Notes it; but not when the program is to end, which cuts things short. */
     void Find(const std::string& finding);
 };
+
+bool HasFindings(std::span<const Row> rows);
 
 /** Tells how far a section is: in one line on a terminal, else now and then in a line more. */
 class Progress {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "host/soak/Interrupt.h"
 #include "host/soak/Life.h"
 #include "host/soak/Victim.h"
 #include "host/soak/Wait.h"
@@ -15,9 +16,10 @@ namespace {
 constexpr int kIdle = AONSensorStateInfo::SENSOR_STATE_IDLE;
 constexpr int kStarted = AONSensorStateInfo::SENSOR_STATE_STARTED;
 constexpr int kBusy = AONSensorStateInfo::SENSOR_STATE_BUSY;
-/** A camera device on the client's sensor alone, and one on that and another. */
+/** A camera device on the client's sensor alone, and one on that and, told after it, another. */
 constexpr int kCamera = 0;
 constexpr int kWideCamera = 4;
+constexpr int kWideSensor = 1;
 /** A camera device, and its sensor, that no client uses. */
 constexpr int kLastCamera = 2;
 
@@ -53,26 +55,41 @@ class CameraOpenClose : public Section {
 };
 
 /**
- * Cameras that open and close as fast as the service takes it. An open that overtakes the close
- * before it is forgotten: it is not told, and a close may be told twice. But none is told as opened
- * that is not told as closed after it.
+ * Cameras that open and close as fast as the service takes it, against a client that starts and
+ * stops as fast. An open that overtakes the close before it is forgotten: it is not told, and does
+ * not keep the sensor. But none is told as opened that is not told as closed after it; and a camera
+ * that opens when all others are through keeps the sensor until it closes.
  */
 class CameraStorm : public Section {
     std::string Title() const override { return "camera storm"; }
 
     void Run(ServiceProcess& service, uint64_t times, Row& row) override {
         Progress progress(Title(), times);
-        Life life(service, row, {kBusy, kIdle}, Client::Last::kMayRepeat);
-        constexpr uint64_t kStorm = 100;
-        for (uint64_t i = 0; i < times && life.IsGood() && !Interrupted(); i += kStorm) {
-            const uint64_t cycles = std::min(kStorm, times - i);
-            // The last camera is told when all before it is.
-            life.StormCamera(kWideCamera, cycles) && life.OpenCamera(kLastCamera) &&
-                    life.CloseCamera(kLastCamera) &&
-                    life.AwaitStates(2 * (i / kStorm + 1), kLastCamera);
+        Life life(service, row, {kBusy, kIdle}, Client::Besides::kStarts);
+        constexpr uint64_t kStorm = 10;
+        for (uint64_t done = 0; done < times && life.IsGood() && !Interrupted();) {
+            const uint64_t cycles = std::min(kStorm, times - done);
+            RunStorm(life, cycles - 1) && RunCamera(life);
+            done += cycles;
             row.done += cycles;
-            progress.Show(row.done);
+            progress.Show(done);
         }
+    }
+
+    static bool RunStorm(Life& life, uint64_t cycles) {
+        const uint64_t told = life.Callback().States(kLastCamera);
+        // The last camera is told when all before it are through.
+        return life.StormCamera(kWideCamera, cycles) && life.OpenCamera(kLastCamera) &&
+               life.CloseCamera(kLastCamera) && life.StartUntilStates(told + 2, kLastCamera);
+    }
+    static bool RunCamera(Life& life) {
+        // Of its sensors, the one that the client does not start.
+        const uint64_t told = life.Callback().States(kWideSensor);
+        return life.OpenCamera(kWideCamera) && life.StartUntilStates(told + 1, kWideSensor) &&
+               life.ExpectStreaming(false) && life.ExpectRefusedStart() &&
+               life.ExpectStreaming(false) && life.CloseCamera(kWideCamera) &&
+               life.StartUntilStates(told + 2, kWideSensor) && life.Start() &&
+               life.ExpectStreaming(true);
     }
 };
 
@@ -153,7 +170,7 @@ class Events : public Section {
 
 }  // namespace
 
-std::vector<Plan> AllSections() {
+std::vector<Plan> SceneSections() {
     std::vector<Plan> plans;
     plans.push_back({std::make_unique<StartStop>(), 100});
     plans.push_back({std::make_unique<CameraOpenClose>(), 100});

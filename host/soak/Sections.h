@@ -28,15 +28,12 @@ struct Plan {
     uint64_t timesPerHundred;
 };
 /** On the simulated scene. */
-std::vector<Plan> AllSections();
+std::vector<Plan> SceneSections();
 /** On a replay, which delivers as fast as the service takes it. */
 Plan EventSection();
 
 /** A client's whole life in good order, with events; some of these, if so many are asked for. */
 void LiveOnce(ServiceProcess& service, Row& row, size_t events = 3,
               std::vector<AONCallBackInfo>* kept = nullptr);
-
-/** Whether the program is to end. */
-bool Interrupted();
 
 }  // namespace zarvo::host::soak

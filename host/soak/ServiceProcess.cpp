@@ -67,7 +67,7 @@ ServiceProcess::ServiceProcess(const std::vector<std::string>& options)
                   command.insert(command.end(), options.begin(), options.end());
                   return command;
               }(),
-              Process::Errors::kInherited) {
+              Process::Errors::kInherited, Process::Group::kOwn) {
     Await([this] {
         mService = Find<IAONService>(std::string(IAONService::descriptor) + "/default");
         mControls = Find<IHostControl>(IHostControl::INSTANCE);

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -99,7 +100,7 @@ int RunVictim(std::string_view state) {
 
 Victim::Victim(std::string_view state)
     : mProcess("a client", {PathBesideThis("aon-soak"), "--victim", std::string(state)},
-               Process::Errors::kInherited) {}
+               Process::Errors::kInherited, Process::Group::kOwn) {}
 
 Victim::~Victim() {
     mProcess.Kill();
@@ -109,7 +110,10 @@ std::string Victim::AwaitThere() {
     constexpr int kPatienceMs = static_cast<int>(std::chrono::milliseconds(kPatience).count());
     while (mProcess.Output() >= 0) {
         pollfd output{.fd = mProcess.Output(), .events = POLLIN, .revents = 0};
-        if (poll(&output, 1, kPatienceMs) != 1) return "it does not come that far";
+        const int ready = poll(&output, 1, kPatienceMs);
+        // It is waited for also when the program is to end.
+        if (ready < 0 && errno == EINTR) continue;
+        if (ready != 1) return "it does not come that far";
         mProcess.Receive();
         if (const auto line = mProcess.NextLine()) return *line == "there" ? "" : *line;
     }

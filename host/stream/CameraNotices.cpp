@@ -34,7 +34,8 @@ void CameraNotices::Close(int instanceId) {
 
 void CameraNotices::Storm(int instanceId, uint32_t cycles) {
     const std::lock_guard lock(mMutex);
-    mOpenDevices.erase(instanceId);
+    // What is open closes first: a storm may have no cycle, or be cut short before its first.
+    if (mOpenDevices.erase(instanceId) != 0) PushLocked(Kind::kClose, instanceId);
     PushLocked(Kind::kStorm, instanceId, cycles);
 }
 

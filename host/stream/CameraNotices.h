@@ -32,7 +32,7 @@ class CameraNotices {
     void SetListener(const std::shared_ptr<IAovStreamCallback>& listener);
     void Open(int instanceId);
     void Close(int instanceId);
-    /** Opens and closes the device so many times in a row. */
+    /** Closes the device if it is open, then opens and closes it so many times in a row. */
     void Storm(int instanceId, uint32_t cycles);
     std::vector<int> OpenDevices() const;
     /** Waits until the callback returned from every notice so far. */
