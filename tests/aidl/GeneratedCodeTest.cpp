@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/binder/Loopback.h"
-#include "tests/aidl/ParcelBytes.h"
+#include "tests/binder/Hex.h"
 
 namespace zarvo::host::aidl {
 namespace {
@@ -15,6 +15,7 @@ namespace {
 using namespace ::aidl::fixture::app;
 using namespace ::aidl::fixture::base;
 using ndk::ScopedAStatus;
+using ::tests::ExpectBytes;
 
 class Gallery : public BnGallery {
   public:
@@ -87,10 +88,10 @@ TEST_F(GeneratedCode, EnumsHaveNamesAndAreListedInOrder) {
     for (const Color color : ndk::enum_range<Color>())
         names += toString(color) + " ";
     EXPECT_EQ(names, "RED GREEN BLUE BLUE ");
-    EXPECT_EQ(Written(Color::GREEN), "05000000");
-    EXPECT_EQ(Written(std::vector<Color>{Color::GREEN, Color::BLUE}), "0200000005060000");
-    EXPECT_EQ(Written(Level::HIGH), "0000000000010000");
-    EXPECT_EQ(Written(Empty()), "0100000004000000");
+    ExpectBytes(Color::GREEN, "05000000");
+    ExpectBytes(std::vector<Color>{Color::GREEN, Color::BLUE}, "0200000005060000");
+    ExpectBytes(Level::HIGH, "0000000000010000");
+    ExpectBytes(Empty(), "0100000004000000");
     EXPECT_TRUE(Empty() == Empty() && !(Empty() < Empty()));
 }
 

@@ -7,20 +7,16 @@
 #include <variant>
 #include <vector>
 
-#include "tests/aidl/ParcelBytes.h"
+#include "tests/binder/Hex.h"
 
 namespace zarvo::host::aidl {
 namespace {
 
 using namespace ::aidl::vendor::zarvo::hardware::camera::aon;
+using ::tests::ExpectBytes;
+using ::tests::ParcelOf;
 using Tag = AONResultValue::Tag;
 using Bytes = std::vector<uint8_t>;
-
-template <typename T>
-void ExpectBytes(const T& value, const char* hex) {
-    EXPECT_EQ(Written(value), hex);
-    EXPECT_TRUE(ReadsAs(hex, value)) << hex;
-}
 
 AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
@@ -62,7 +58,7 @@ TEST(PackageBytes, ResultsOfEveryKind) {
 }
 
 template <typename T>
-void ExpectRead(const char* hex, binder_status_t status, int32_t position, const T& expected) {
+void ExpectOddRead(const char* hex, binder_status_t status, int32_t position, const T& expected) {
     const ndk::ScopedAParcel parcel = ParcelOf(hex);
     T read{};
     EXPECT_EQ(ndk::AParcel_readData(parcel.get(), &read), status) << hex;
@@ -72,31 +68,31 @@ void ExpectRead(const char* hex, binder_status_t status, int32_t position, const
 
 TEST(PackageBytes, OddParcelablesAreReadUpToTheirSize) {
     using State = AONSensorStateInfo;
-    ExpectRead("02000000080000000900000008000000", STATUS_OK, 12, State{9, 0});
-    ExpectRead("070000000c0000000900000008000000", STATUS_OK, 16, State{9, 8});
-    ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, State{});
-    ExpectRead("00000000", STATUS_UNEXPECTED_NULL, 4, AONResult{});
-    ExpectRead("0100000003000000", STATUS_BAD_VALUE, 8, State{});
-    ExpectRead("0100000004000000", STATUS_OK, 8, State{});
-    ExpectRead("010000000800000009000000", STATUS_OK, 12, State{9, 0});
-    ExpectRead("0100000010000000090000000800000007000000ffffffff", STATUS_OK, 20, State{9, 8});
-    ExpectRead("01000000640000000900000008000000", STATUS_OK, 104, State{9, 8});
-    ExpectRead("010000000c00000009000000", STATUS_NOT_ENOUGH_DATA, 12, State{9, 0});
-    ExpectRead("01000000fcffffff09000000", STATUS_BAD_VALUE, 8, State{});
-    ExpectRead("01000000ffffff7f0900000008000000", STATUS_BAD_VALUE, 8, State{});
-    ExpectRead("010000000a0000000900000008000000", STATUS_OK, 14, State{9, 8});
-    ExpectRead("0200000008000000070000000a000000", STATUS_OK, 12, AONResult{7, {}});
+    ExpectOddRead("02000000080000000900000008000000", STATUS_OK, 12, State{9, 0});
+    ExpectOddRead("070000000c0000000900000008000000", STATUS_OK, 16, State{9, 8});
+    ExpectOddRead("00000000", STATUS_UNEXPECTED_NULL, 4, State{});
+    ExpectOddRead("00000000", STATUS_UNEXPECTED_NULL, 4, AONResult{});
+    ExpectOddRead("0100000003000000", STATUS_BAD_VALUE, 8, State{});
+    ExpectOddRead("0100000004000000", STATUS_OK, 8, State{});
+    ExpectOddRead("010000000800000009000000", STATUS_OK, 12, State{9, 0});
+    ExpectOddRead("0100000010000000090000000800000007000000ffffffff", STATUS_OK, 20, State{9, 8});
+    ExpectOddRead("01000000640000000900000008000000", STATUS_OK, 104, State{9, 8});
+    ExpectOddRead("010000000c00000009000000", STATUS_NOT_ENOUGH_DATA, 12, State{9, 0});
+    ExpectOddRead("01000000fcffffff09000000", STATUS_BAD_VALUE, 8, State{});
+    ExpectOddRead("01000000ffffff7f0900000008000000", STATUS_BAD_VALUE, 8, State{});
+    ExpectOddRead("010000000a0000000900000008000000", STATUS_OK, 14, State{9, 8});
+    ExpectOddRead("0200000008000000070000000a000000", STATUS_OK, 12, AONResult{7, {}});
 }
 
 TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
     const AONResultValue none;
-    ExpectRead("010000000a00000000000000", STATUS_BAD_VALUE, 8, none);
-    ExpectRead("01000000ffffffff", STATUS_BAD_VALUE, 8, none);
-    ExpectRead("0100000002000000", STATUS_NOT_ENOUGH_DATA, 8, none);
+    ExpectOddRead("010000000a00000000000000", STATUS_BAD_VALUE, 8, none);
+    ExpectOddRead("01000000ffffffff", STATUS_BAD_VALUE, 8, none);
+    ExpectOddRead("0100000002000000", STATUS_NOT_ENOUGH_DATA, 8, none);
     const std::vector<AONResult> empty;
-    ExpectRead("ffffffff", STATUS_NO_MEMORY, 4, empty);
-    ExpectRead("40420f00", STATUS_NO_MEMORY, 4, empty);
-    ExpectRead("0100000000000000", STATUS_UNEXPECTED_NULL, 8, std::vector<AONResult>(1));
+    ExpectOddRead("ffffffff", STATUS_NO_MEMORY, 4, empty);
+    ExpectOddRead("40420f00", STATUS_NO_MEMORY, 4, empty);
+    ExpectOddRead("0100000000000000", STATUS_UNEXPECTED_NULL, 8, std::vector<AONResult>(1));
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
     const ndk::ScopedAParcel parcel = ParcelOf(

@@ -37,10 +37,6 @@ class TransactionTest : public ConnectionTest, public testing::WithParamInterfac
 INSTANTIATE_TEST_SUITE_P(Binder, TransactionTest, testing::Bool(),
                          [](const auto& test) { return test.param ? "remote" : "local"; });
 
-TEST_P(TransactionTest, RequestBeginsWithTheInterfacesName) {
-    EXPECT_EQ(Hex(Prepare().get()), "0b000000740065007300740073002e00490050006500650072000000");
-}
-
 TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
     for (const transaction_code_t code : {0u, 50u, 0x01000000u, 0x5F504E47u})
         EXPECT_EQ(Transact(PrepareVisit(), code), STATUS_UNKNOWN_TRANSACTION) << code;
