@@ -15,7 +15,6 @@ constexpr int64_t kHandle = 0x1001;
 inline const SensorConfigInfo kConfig{1, 640, 480, 10, 0, 0, 2, 3};
 inline const std::vector<AONSensorInfo> kSensors{
         {7, 1, 270, 90, {{320, 240, {5, 10}}, {640, 480, {30}}}}};
-inline const AONSensorStateInfo kState{7, 2};
 inline const AONCallBackInfo kEvent{1, {{3, AONResultValue::make<AONResultValue::intValue>(42)}}};
 
 /** Checks what it is called with; answers as the recorded service did. */

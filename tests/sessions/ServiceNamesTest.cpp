@@ -216,9 +216,39 @@ TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
     EXPECT_TRUE(other->tell(7).isOk());
     EXPECT_EQ(told.get_future().get(), 7);
     EXPECT_EQ(AIBinder_linkToDeath(binder, recipient.get(), &died), STATUS_OK);
-    process.Kill();
+    // Even if it dies inside its call.
+    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
+        process.Kill();
+        return ScopedAStatus::ok();
+    };
+    EXPECT_EQ(other->visit(mPeer, 5, &text).getStatus(), STATUS_DEAD_OBJECT);
     died.get_future().wait();
     EXPECT_EQ(AIBinder_ping(binder), STATUS_DEAD_OBJECT);
+}
+
+TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAndDiesHoldNobodyUp) {
+    auto process = std::make_unique<PeerProcess>();
+    const std::shared_ptr<IPeer> other = Find();
+    ASSERT_NE(other, nullptr);
+    process->Stop();
+    std::vector<std::future<binder_status_t>> calls;
+    for (int i = 0; i < 3; ++i) {
+        calls.push_back(std::async(std::launch::async,
+                                   [&other] { return AIBinder_ping(other->asBinder().get()); }));
+    }
+    EXPECT_EQ(calls[0].wait_for(50ms), std::future_status::timeout);
+    process->Kill();
+    for (auto& call : calls)
+        EXPECT_EQ(call.get(), STATUS_DEAD_OBJECT);
+    // Who waits for the name gets the next process.
+    process = std::make_unique<PeerProcess>();
+    process->Stop();
+    auto found = std::async(std::launch::async,
+                            [] { return SpAIBinder(AServiceManager_waitForService(kName)); });
+    EXPECT_EQ(found.wait_for(50ms), std::future_status::timeout);
+    process->Kill();
+    process = std::make_unique<PeerProcess>();
+    EXPECT_EQ(AIBinder_ping(found.get().get()), STATUS_OK);
 }
 
 TEST_F(ServiceNames, OfAProcessWithOneThreadAreServedOneCallAtATime) {
