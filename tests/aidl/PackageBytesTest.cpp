@@ -22,36 +22,16 @@ AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
     return {1, {AONResult{key, std::move(value)}}};
 }
 
-TEST(PackageBytes, ResultsOfEveryKind) {
-    const struct {
-        AONCallBackInfo info;
-        const char* hex;
-    } kCases[] = {
-            {{}, "010000000c0000000000000000000000"},
-            {OneResult(2, AONResultValue::make<Tag::byteArray>(Bytes{1, 2, 3})),
-             "01000000280000000100000001000000010000001800000002000000010000000100000003000000"
-             "01020300"},
-            {OneResult(3, AONResultValue::make<Tag::intValue>(305419896)),
-             "01000000240000000100000001000000010000001400000003000000010000000200000078563412"},
-            {OneResult(5, AONResultValue::make<Tag::stringValue>("face")),
-             "01000000300000000100000001000000010000002000000005000000010000000400000004000000"
-             "660061006300650000000000"},
-            {OneResult(5, AONResultValue::make<Tag::stringValue>()),
-             "01000000280000000100000001000000010000001800000005000000010000000400000000000000"
-             "00000000"},
-            {OneResult(6, AONResultValue::make<Tag::floatValue>(0.5f)),
-             "0100000024000000010000000100000001000000140000000600000001000000050000000000003f"},
-            {OneResult(7, AONResultValue::make<Tag::floatArray>({1.0f, -1.5f})),
-             "010000002c0000000100000001000000010000001c00000007000000010000000600000002000000"
-             "0000803f0000c0bf"},
-            {OneResult(8, AONResultValue::make<Tag::doubleValue>(0.25)),
-             "01000000280000000100000001000000010000001800000008000000010000000700000000000000"
-             "0000d03f"},
-            {OneResult(10, AONResultValue::make<Tag::boolValue>(false)),
-             "0100000024000000010000000100000001000000140000000a000000010000000900000000000000"},
-    };
-    for (const auto& c : kCases)
-        ExpectBytes(c.info, c.hex);
+TEST(PackageBytes, ResultsAndTheirPadding) {
+    ExpectBytes(AONCallBackInfo(), "010000000c0000000000000000000000");
+    ExpectBytes(OneResult(2, AONResultValue::make<Tag::byteArray>(Bytes{1, 2, 3})),
+                "010000002800000001000000010000000100000018000000020000000100000001000000"
+                "0300000001020300");
+    ExpectBytes(OneResult(5, AONResultValue::make<Tag::stringValue>("face")),
+                "010000003000000001000000010000000100000020000000050000000100000004000000"
+                "04000000660061006300650000000000");
+    ExpectBytes(OneResult(10, AONResultValue::make<Tag::boolValue>(false)),
+                "0100000024000000010000000100000001000000140000000a000000010000000900000000000000");
     // Without a choice it is the first alternative; a union has no size of its own.
     ExpectBytes(AONResultValue(), "010000000000000000000000");
     ExpectBytes(AONResult(), "010000001400000000000000010000000000000000000000");
@@ -71,7 +51,6 @@ TEST(PackageBytes, OddParcelablesAreReadUpToTheirSize) {
     ExpectOddRead("02000000080000000900000008000000", STATUS_OK, 12, State{9, 0});
     ExpectOddRead("070000000c0000000900000008000000", STATUS_OK, 16, State{9, 8});
     ExpectOddRead("00000000", STATUS_UNEXPECTED_NULL, 4, State{});
-    ExpectOddRead("00000000", STATUS_UNEXPECTED_NULL, 4, AONResult{});
     ExpectOddRead("0100000003000000", STATUS_BAD_VALUE, 8, State{});
     ExpectOddRead("0100000004000000", STATUS_OK, 8, State{});
     ExpectOddRead("010000000800000009000000", STATUS_OK, 12, State{9, 0});
@@ -84,15 +63,11 @@ TEST(PackageBytes, OddParcelablesAreReadUpToTheirSize) {
     ExpectOddRead("0200000008000000070000000a000000", STATUS_OK, 12, AONResult{7, {}});
 }
 
-TEST(PackageBytes, OddUnionsAndVectorsAreRefused) {
+TEST(PackageBytes, OddUnionsAreRefused) {
     const AONResultValue none;
     ExpectOddRead("010000000a00000000000000", STATUS_BAD_VALUE, 8, none);
     ExpectOddRead("01000000ffffffff", STATUS_BAD_VALUE, 8, none);
     ExpectOddRead("0100000002000000", STATUS_NOT_ENOUGH_DATA, 8, none);
-    const std::vector<AONResult> empty;
-    ExpectOddRead("ffffffff", STATUS_NO_MEMORY, 4, empty);
-    ExpectOddRead("40420f00", STATUS_NO_MEMORY, 4, empty);
-    ExpectOddRead("0100000000000000", STATUS_UNEXPECTED_NULL, 8, std::vector<AONResult>(1));
     // An unknown alternative deep inside fails the whole record.
     AONCallBackInfo info;
     const ndk::ScopedAParcel parcel = ParcelOf(

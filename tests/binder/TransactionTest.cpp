@@ -53,31 +53,6 @@ TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
     EXPECT_EQ(mPeer->visits, 1);
 }
 
-TEST_P(TransactionTest, WrongTokenIsABadType) {
-    const char* const tokens[] = {
-            "",
-            "ffffffff",
-            "0b000000",
-            "0a00000074006500730074007300 2e0049005000650065000000",
-            "0b00000054006500730074007300 2e00490050006500650072000000 0000",
-            "00000080ffffffff4e4b4e55",
-    };
-    for (const char* const token : tokens) {
-        SCOPED_TRACE(token);
-        ScopedAParcel in = Prepare();
-        const ScopedAParcel bytes = ParcelOf(token);
-        AParcel_reset(in.get());
-        AParcel_appendFrom(bytes.get(), in.get(), 0, AParcel_getDataSize(bytes.get()));
-        EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_TYPE);
-    }
-    EXPECT_EQ(mPeer->visits, 0);
-}
-
-TEST_P(TransactionTest, StatusNobodyKnowsBecomesUnknownError) {
-    EXPECT_EQ(Visit(PrepareVisit(STATUS_TIMED_OUT)), STATUS_TIMED_OUT);
-    EXPECT_EQ(Visit(PrepareVisit(-12345)), STATUS_UNKNOWN_ERROR);
-}
-
 TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
     const auto visitor = SharedRefBase::make<Peer>();
     const ScopedAParcel loose(AParcel_create());

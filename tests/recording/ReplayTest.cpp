@@ -98,7 +98,7 @@ TEST(Replay, WaitsAsLongAsWasRecordedSinceTheEventOrStartBefore) {
     }
 }
 
-TEST(Replay, IsRefusedWhenDamagedAndPlayedAsFarAsItGoesWhenCutShort) {
+TEST(Replay, IsRefusedWhenDamagedAndEndsWhenThereIsNothingToRepeat) {
     Recorded recorded;
     recorded.writer.Write(milliseconds(0), Event(0));
     const size_t offset = recorded.bytes.size();
@@ -110,12 +110,7 @@ TEST(Replay, IsRefusedWhenDamagedAndPlayedAsFarAsItGoesWhenCutShort) {
               nullptr);
     EXPECT_EQ(error,
               "event 2, at byte " + std::to_string(offset) + ": result 2 is missing in its place");
-    const auto record = std::make_unique<aov_event>();
-    const auto replay = Play(recorded.bytes.substr(0, offset + 30));
-    EXPECT_EQ(replay->Write(*record), 0U);
-    EXPECT_TRUE(replay->Claim(0));
-    EXPECT_EQ(replay->Write(*record), std::nullopt);
-    EXPECT_EQ(Play(Recorded().bytes, true)->NextDelay(), std::nullopt);
+    EXPECT_EQ(Play(Recorded().bytes, true)->NextDelay(), std::nullopt) << "nothing, for ever";
     recorded.bytes[offset] ^= 1;
     EXPECT_EQ(Replay::Make(std::make_unique<std::istringstream>(recorded.bytes), false, error),
               nullptr);

@@ -1,6 +1,5 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
-#include <android/binder_stability.h>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -19,6 +18,7 @@
 #include "host/binder/rpc/SocketAddress.h"
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
+#include "tests/clients/RecordingCallback.h"
 #include "tests/sessions/ServerTest.h"
 #include "tests/support/Child.h"
 #include "tests/support/RuntimeDirectory.h"
@@ -100,13 +100,8 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
         EXPECT_FALSE(AServiceManager_isDeclared(name)) << name;
     }
 
-    const AIBinder_Class* const stableClass = AIBinder_Class_define(
-            "tests.IStable", [](void* args) { return args; }, [](void*) {},
-            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) {
-                return binder_status_t{STATUS_OK};
-            });
-    const SpAIBinder stable(AIBinder_new(stableClass, nullptr));
-    AIBinder_markVintfStability(stable.get());
+    // What promises stability to the system has a declared name.
+    const SpAIBinder stable = SharedRefBase::make<zarvo::test::RecordingCallback>()->asBinder();
     EXPECT_EQ(AServiceManager_addService(stable.get(), kName), EX_ILLEGAL_ARGUMENT);
     if (geteuid() == 0) {
         ASSERT_EQ(chown(mDirectory.c_str(), 1, 1), 0);
