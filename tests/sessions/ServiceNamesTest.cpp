@@ -1,21 +1,15 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
-#include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <future>
 #include <thread>
 
-#include "host/binder/rpc/SocketAddress.h"
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
 #include "tests/clients/RecordingCallback.h"
@@ -27,7 +21,6 @@ namespace tests {
 namespace {
 
 using ::zarvo::host::FoundServices;
-using ::zarvo::host::SocketAddress;
 using ::zarvo::test::Child;
 using ::zarvo::test::RuntimeDirectory;
 using namespace std::chrono_literals;
@@ -120,35 +113,11 @@ TEST_F(ServiceNames, AreKeptWhereNobodyElseCanLook) {
 
 TEST_F(ServiceNames, ReachWhoComesAlsoDuringACrowd) {
     const PeerProcess process;
-    const auto address = SocketAddress::Of(SocketFile());
-    std::array<int, 2> pipe{-1, -1};
-    ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
-    const ndk::ScopedFileDescriptor told(pipe[0]);
-    ndk::ScopedFileDescriptor tells(pipe[1]);
-    const pid_t crowd = fork();
-    if (crowd == 0) {
-        // A thousand that say nothing, until the last of them has been refused.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        int last = -1;
-        for (int i = 0; i < 1000; ++i) {
-            last = socket(AF_UNIX, SOCK_STREAM, 0);
-            if (connect(last, address->Get(), address->Size()) != 0) break;
-        }
-        char news = 0;
-        news = recv(last, &news, 1, 0) == 0 ? 'r' : 'x';
-        [[maybe_unused]] const ssize_t written = write(tells.get(), &news, 1);
-        while (true)
-            pause();
-    }
-    tells.set(-1);
-    char news = 0;
-    EXPECT_EQ(read(told.get(), &news, 1), 1);
-    EXPECT_EQ(news, 'r');
+    const Child crowd({PEER_PROCESS, SocketFile(), "crowd"});
+    EXPECT_EQ(crowd.Line(), "refused");
     std::string text;
     const auto other = Find();
     EXPECT_TRUE(other != nullptr && other->visit(nullptr, 5, &text).isOk());
-    kill(crowd, SIGKILL);
-    waitpid(crowd, nullptr, 0);
 }
 
 TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
