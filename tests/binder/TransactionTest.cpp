@@ -1,3 +1,4 @@
+#include "host/binder/BinderFaults.h"
 #include "tests/binder/Hex.h"
 #include "tests/binder/Peer.h"
 
@@ -48,6 +49,8 @@ TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
     EXPECT_EQ(Visit(ScopedAParcel(AParcel_create())), STATUS_BAD_VALUE);
     EXPECT_EQ(Visit(ScopedAParcel()), STATUS_UNEXPECTED_NULL);
     EXPECT_EQ(Visit(Prepare()), STATUS_NOT_ENOUGH_DATA);
+    zarvo::host::BinderFaults::Instance().transact.FailCalls(1);
+    EXPECT_EQ(Visit(PrepareVisit()), STATUS_FAILED_TRANSACTION);
     EXPECT_EQ(mPeer->visits, 0);
     EXPECT_EQ(Transact(PrepareVisit(), kVisit, 0x20), STATUS_OK);
     EXPECT_EQ(mPeer->visits, 1);

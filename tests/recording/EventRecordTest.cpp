@@ -7,8 +7,7 @@
 #include <limits>
 #include <random>
 
-#include "events/AONManagerCallback.h"
-#include "host/stream/RecordWriter.h"
+#include "fuzz/Samples.h"
 #include "tests/recording/Recorded.h"
 
 namespace zarvo::test {
@@ -18,26 +17,9 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
 using aidl::vendor::zarvo::hardware::camera::aon::AONResultValue;
 using Results = std::vector<AONResult>;
 
-class Sink : public aon::IOutEventCallback {
-  public:
-    void OnAONEvent(AONCallBackInfo& info) override { event = info; }
-    void OnAONSensorEvent(AONSensorStateInfo&) override {}
-    AONCallBackInfo event;
-};
-
 /** What the service makes of a record. */
 AONCallBackInfo EventOf(aov_event& record) {
-    const auto sink = std::make_shared<Sink>();
-    aon::AONManagerCallback::create(sink)->onCallback(&record);
-    return sink->event;
-}
-
-std::unique_ptr<aov_event> Rendered(int32_t serviceTypes) {
-    auto record = std::make_unique<aov_event>();
-    const host::RenderConfig config{
-            .width = 320, .height = 240, .frameRate = 5, .serviceTypes = serviceTypes};
-    host::RenderScene(config, 12, *record);
-    return record;
+    return fuzz::Translation().EventOf(record);
 }
 
 void Garble(aov_event& record) {
@@ -87,7 +69,7 @@ TEST(EventRecord, MakesTheServiceSendTheSameAgain) {
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
-        const auto record = Rendered(one.serviceTypes);
+        const auto record = fuzz::Rendered(one.serviceTypes);
         one.change(*record);
         EXPECT_EQ(Refusal(EventOf(*record)), "");
     }
@@ -109,7 +91,7 @@ TEST(EventRecord, TellsAnOddEventBitForBitOrNotAtAll) {
             {"fractions", [](auto&, auto one) { one->value = std::vector<float>(20, 0.5F); }},
             {"bytes", [](auto&, auto one) { one->value = std::vector<uint8_t>(4'000'000); }},
     };
-    const AONCallBackInfo good = EventOf(*Rendered(15));
+    const AONCallBackInfo good = EventOf(*fuzz::Rendered(15));
     for (const auto& odd : oddities) {
         for (size_t i = 0; i < good.results.size(); ++i) {
             SCOPED_TRACE(testing::Message()
