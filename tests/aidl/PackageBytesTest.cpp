@@ -16,21 +16,16 @@ using namespace ::aidl::vendor::zarvo::hardware::camera::aon;
 using ::tests::ExpectBytes;
 using ::tests::ParcelOf;
 using Tag = AONResultValue::Tag;
-using Bytes = std::vector<uint8_t>;
-
-AONCallBackInfo OneResult(int32_t key, AONResultValue value) {
-    return {1, {AONResult{key, std::move(value)}}};
-}
 
 TEST(PackageBytes, ResultsAndTheirPadding) {
     ExpectBytes(AONCallBackInfo(), "010000000c0000000000000000000000");
-    ExpectBytes(OneResult(2, AONResultValue::make<Tag::byteArray>(Bytes{1, 2, 3})),
+    ExpectBytes(AONCallBackInfo{1, {{2, std::vector<uint8_t>{1, 2, 3}}}},
                 "010000002800000001000000010000000100000018000000020000000100000001000000"
                 "0300000001020300");
-    ExpectBytes(OneResult(5, AONResultValue::make<Tag::stringValue>("face")),
+    ExpectBytes(AONCallBackInfo{1, {{5, std::string("face")}}},
                 "010000003000000001000000010000000100000020000000050000000100000004000000"
                 "04000000660061006300650000000000");
-    ExpectBytes(OneResult(10, AONResultValue::make<Tag::boolValue>(false)),
+    ExpectBytes(AONCallBackInfo{1, {{10, false}}},
                 "0100000024000000010000000100000001000000140000000a000000010000000900000000000000");
     // Without a choice it is the first alternative; a union has no size of its own.
     ExpectBytes(AONResultValue(), "010000000000000000000000");

@@ -28,11 +28,7 @@ std::shared_ptr<Replay> Play(const std::string& bytes, bool again = false) {
 /** An event without results but the frame's. */
 AONCallBackInfo Event(int32_t frame) {
     AONCallBackInfo info;
-    info.results.resize(3);
-    for (int32_t key = 0; key < 3; ++key)
-        info.results[static_cast<size_t>(key)].key = key;
-    for (auto& result : info.results)
-        result.value = frame;
+    info.results = {{0, frame}, {1, frame}, {2, frame}};
     return info;
 }
 
