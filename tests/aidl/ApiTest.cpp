@@ -68,10 +68,11 @@ TEST(ApiHash, IsTakenOverTheSortedListAndTheVersionBefore) {
     EXPECT_EQ(RunCommand(files, {"--hashapi", "api/2"}), "error: no .aidl files in api/2\n");
 }
 
-std::string Check(std::string_view level, const std::string& older, const std::string& newer) {
+std::string Check(const std::string& older, const std::string& newer) {
     MemoryFiles files{{"old/p/T.aidl", "package p; " + older},
                       {"new/p/T.aidl", "package p; " + newer}};
-    const std::string messages = RunCommand(files, {level, "--structured", "old", "new"});
+    const std::string messages =
+            RunCommand(files, {"--checkapi=compatible", "--structured", "old", "new"});
     return messages.empty() ? messages : messages.substr(messages.find("error: ") + 7);
 }
 
@@ -104,14 +105,12 @@ TEST(ApiCheck, CompatibleVersionsMayAddAndNothingElse) {
             {"enum T { A, B }", "enum T { B, A }", "T: value of 'A' changed\n"},
     };
     for (const auto& [older, newer, message] : kCases) {
-        const std::string messages = Check("--checkapi=compatible", older, newer);
+        const std::string messages = Check(older, newer);
         EXPECT_EQ(messages.substr(0, messages.find('\n') + 1), message) << newer;
     }
 }
 
-TEST(ApiCheck, EqualVersionsDifferInNothing) {
-    EXPECT_EQ(Check("--checkapi=equal", "enum T { A, B = 1 + 0 }", "enum T { A /**/, B, }"), "");
-    EXPECT_EQ(Check("--checkapi=equal", "enum T { A }", "enum T { A, B }"), "type p.T changed\n");
+TEST(ApiCheck, EqualVersionsHaveTheSameTypes) {
     MemoryFiles files{{"old/p/A.aidl", "package p; enum A { X }"},
                       {"new/p/B.aidl", "package p; enum B { X }"}};
     EXPECT_EQ(RunCommand(files, {"--checkapi=equal", "--structured", "old", "new"}),

@@ -14,12 +14,10 @@ std::string Repeat(std::string_view text, size_t count) {
     return result;
 }
 
-/** The first message without its place; deep and long input must end in one, not in a crash. */
-std::string Complaint(const std::string& text) {
+/** Deep and long input must end in this message, not in a crash. */
+void ExpectComplaint(const std::string& text, const std::string& complaint) {
     const std::string messages = GenerateT("package p; " + text);
-    const size_t start = messages.find("error: ");
-    if (start == std::string::npos) return "none";
-    return messages.substr(start + 7, messages.find('\n') - start - 7);
+    EXPECT_NE(messages.find(" error: " + complaint + "\n"), std::string::npos) << messages;
 }
 
 TEST(HostileInput, DeepAndLongTextsEndInAMessage) {
@@ -41,7 +39,7 @@ TEST(HostileInput, DeepAndLongTextsEndInAMessage) {
              "arrays of arrays or lists are not supported"},
     };
     for (const auto& [text, complaint] : kCases)
-        EXPECT_EQ(Complaint(text), complaint);
+        ExpectComplaint(text, complaint);
 }
 
 TEST(HostileInput, ChainsOfConstantsEndInAMessage) {
@@ -49,14 +47,14 @@ TEST(HostileInput, ChainsOfConstantsEndInAMessage) {
     for (int i = 0; i < 1000; ++i) {
         text += "const int C" + std::to_string(i) + " = C" + std::to_string(i + 1) + "; ";
     }
-    EXPECT_EQ(Complaint(text + "const int C1000 = 1; }"),
-              "constants refer to each other in too long a chain");
+    ExpectComplaint(text + "const int C1000 = 1; }",
+                    "constants refer to each other in too long a chain");
     text = "interface T { const String S0 = \"0123456789\"; ";
     for (int i = 0; i < 100; ++i) {
         const std::string before = "S" + std::to_string(i);
         text += "const String S" + std::to_string(i + 1) + " = " + before + " + " + before + "; ";
     }
-    EXPECT_EQ(Complaint(text + "}"), "string is too long");
+    ExpectComplaint(text + "}", "string is too long");
 }
 
 TEST(HostileInput, AChainOfImportsEndsInAMessage) {

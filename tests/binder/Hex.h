@@ -1,6 +1,8 @@
 #pragma once
 
 #include <android/binder_auto_utils.h>
+#include <android/binder_parcel_utils.h>
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <span>
@@ -42,6 +44,26 @@ inline std::string Hex(const AParcel* parcel) {
     std::vector<uint8_t> bytes(static_cast<size_t>(AParcel_getDataSize(parcel)));
     if (AParcel_marshal(parcel, bytes.data(), 0, bytes.size()) != STATUS_OK) return "no bytes";
     return Hex(bytes);
+}
+
+/** Reads the value of all the bytes. */
+template <typename T>
+void ExpectRead(const T& value, const std::string& hex) {
+    SCOPED_TRACE(hex);
+    const ndk::ScopedAParcel parcel = ParcelOf(hex);
+    T read{};
+    EXPECT_EQ(ndk::AParcel_readNullableData(parcel.get(), &read), STATUS_OK);
+    EXPECT_TRUE(read == value);
+    EXPECT_EQ(AParcel_getDataPosition(parcel.get()), AParcel_getDataSize(parcel.get()));
+}
+
+/** Makes these bytes of the value, and the value of them again. */
+template <typename T>
+void ExpectBytes(const T& value, const std::string& hex) {
+    const ndk::ScopedAParcel parcel(AParcel_create());
+    EXPECT_EQ(ndk::AParcel_writeNullableData(parcel.get(), value), STATUS_OK);
+    EXPECT_EQ(Hex(parcel.get()), hex);
+    ExpectRead(value, hex);
 }
 
 }  // namespace tests

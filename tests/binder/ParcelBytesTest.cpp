@@ -12,7 +12,6 @@ namespace tests {
 namespace {
 
 using ndk::AParcel_readNullableData;
-using ndk::AParcel_writeNullableData;
 using ndk::ScopedAParcel;
 using ndk::ScopedAStatus;
 using ndk::SpAIBinder;
@@ -40,26 +39,6 @@ using MaybeTexts = std::optional<std::vector<MaybeText>>;
 using Points = std::vector<Point>;
 using MaybePoints = std::optional<std::vector<std::optional<Point>>>;
 
-/** Reads the value of all the bytes. */
-template <typename T>
-void ExpectRead(const T& value, const Text& hex) {
-    SCOPED_TRACE(hex);
-    const ScopedAParcel parcel = ParcelOf(hex);
-    T read{};
-    EXPECT_EQ(AParcel_readNullableData(parcel.get(), &read), STATUS_OK);
-    EXPECT_TRUE(read == value);
-    EXPECT_EQ(AParcel_getDataPosition(parcel.get()), AParcel_getDataSize(parcel.get()));
-}
-
-/** Makes these bytes of the value, and the value of them again. */
-template <typename T>
-void ExpectBytes(const T& value, const Text& hex) {
-    const ScopedAParcel parcel(AParcel_create());
-    EXPECT_EQ(AParcel_writeNullableData(parcel.get(), value), STATUS_OK);
-    EXPECT_EQ(Hex(parcel.get()), hex);
-    ExpectRead(value, hex);
-}
-
 TEST(ParcelBytes, ValuesHaveTheirBytes) {
     ExpectBytes<int32_t>(1, "01000000");
     ExpectBytes<int64_t>(0x1122334455667788, "8877665544332211");
@@ -86,20 +65,17 @@ TEST(ParcelBytes, StringsHaveTheirBytes) {
     ExpectBytes(Text(), "0000000000000000");
     ExpectBytes(Text("a"), "0100000061000000");
     ExpectBytes(Text("ab"), "020000006100620000000000");
-    ExpectBytes(Text("abc"), "030000006100620063000000");
     ExpectBytes(Text("\xc3\xa9"), "01000000e9000000");
     ExpectBytes(Text("\xe2\x82\xac"), "01000000ac200000");
     ExpectBytes(Text("\xf0\x9f\x98\x80"), "020000003dd800de00000000");
     ExpectBytes(Text("\xed\xa0\x80"), "0100000000d80000");
     ExpectBytes(Text("a\0\xc3\xa9", 4), "0300000061000000e9000000");
     ExpectBytes(MaybeText(), "ffffffff");
-    ExpectBytes(MaybeText(""), "0000000000000000");
 }
 
 TEST(ParcelBytes, SequencesHaveTheirBytes) {
     ExpectBytes(Bytes8(), "00000000");
     ExpectBytes(Bytes8{1, 2, 3}, "0300000001020300");
-    ExpectBytes(Bytes8{1, 2, 3, 4, 255}, "0500000001020304ff000000");
     ExpectBytes(std::vector<int8_t>{-1, 2, 3, 4, 5}, "05000000ff02030405000000");
     ExpectBytes(std::vector<Level>{Level::kLow, Level::kHigh}, "02000000ff010000");
     ExpectBytes(Ints{1, -1}, "0200000001000000ffffffff");
@@ -187,21 +163,16 @@ const struct {
         {"record too long", Outcome, "f7ffffff0000000000000000000000000c00000001020304", kUnknown,
          20},
         {"null string", Read<Text>, "ffffffff", kNull, 4},
-        {"null string where allowed", Read<MaybeText>, "ffffffff", STATUS_OK, 4},
         {"string without its NUL", Read<Text>, "0100000061006200", kNull, 8},
         {"string cut short", Read<Text>, "0500000061006200", kNull, 4},
         {"string of negative length", Read<Text>, "feffffff61006200", kNull, 4},
         {"string of greatest length", Read<Text>, "ffffff7f61006200", kNull, 4},
-        {"string with its count cut", Read<Text>, "", kTooShort, 0},
         {"null int32s", Read<Ints>, "ffffffff", kNull, 4},
         {"less than null int32s", Read<Ints>, "feffffff", kBadValue, 4},
-        {"too many int32s", Read<Ints>, "6400000001000000", kNoMemory, 4},
         {"int32s longer than their bytes", Read<Ints>, "0200000001000000", kNoMemory, 4},
-        {"most int32s", Read<Ints>, "ffffff7f01000000", kNoMemory, 4},
         {"most doubles", Read<Doubles>, "ffffff7f01000000", kNoMemory, 4},
         {"null bytes", Read<Bytes8>, "ffffffff", kNull, 4},
         {"bytes without padding", Read<Bytes8>, "03000000010203", STATUS_OK, 8},
-        {"null bools", Read<Bools>, "ffffffff", kNull, 4},
         {"most bools", Read<Bools>, "ffffff7f01000000", kNoMemory, 4},
         {"bools cut short", Read<Bools>, "0200000001000000", kTooShort, 8},
         {"chars cut short", Read<Chars>, "0200000041000000", kTooShort, 8},
@@ -213,7 +184,6 @@ const struct {
         {"less than null records", Read<Points>, "feffffff", kBadValue, 4},
         {"more records than bytes", Read<Points>, "0500000001000000", kNoMemory, 4},
         {"records cut short", Read<Points>, "0400000001000000", kTooShort, 8},
-        {"null object", Read<Object>, "0000000000000000", STATUS_OK, 8},
         {"null object where none may be", ReadRequiredObject, "0000000000000000", kNull, 8},
         {"null object with a stability", Read<Object>, "000000003f000000", kBadType, 8},
         {"null object told by one bit", Read<Object>, "0200000000000000", STATUS_OK, 8},

@@ -12,10 +12,6 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
 using aidl::vendor::zarvo::hardware::camera::aon::AONResultValue;
 using Tag = AONResultValue::Tag;
 
-void AddInt(AONCallBackInfo& info, int32_t key, int32_t value) {
-    info.results.push_back({key, AONResultValue::make<Tag::intValue>(value)});
-}
-
 struct Case {
     int32_t width, height, stride;
     size_t bytes;
@@ -24,13 +20,13 @@ struct Case {
 
 AONCallBackInfo EventOf(const Case& given) {
     AONCallBackInfo info;
-    AddInt(info, AONResult::RESULT_KEY_FRAME_ID, -1);
-    AddInt(info, AONResult::RESULT_KEY_IMAGE_WIDTH, given.width);
-    AddInt(info, AONResult::RESULT_KEY_IMAGE_HEIGHT, given.height);
-    AddInt(info, AONResult::RESULT_KEY_IMAGE_STRIDE, given.stride);
-    const std::vector<uint8_t> pixels(given.bytes, 7);
-    info.results.push_back(
-            {AONResult::RESULT_KEY_IMAGE_DATA, AONResultValue::make<Tag::byteArray>(pixels)});
+    info.results = {
+            {AONResult::RESULT_KEY_FRAME_ID, -1},
+            {AONResult::RESULT_KEY_IMAGE_WIDTH, given.width},
+            {AONResult::RESULT_KEY_IMAGE_HEIGHT, given.height},
+            {AONResult::RESULT_KEY_IMAGE_STRIDE, given.stride},
+            {AONResult::RESULT_KEY_IMAGE_DATA, std::vector<uint8_t>(given.bytes, 7)},
+    };
     return info;
 }
 

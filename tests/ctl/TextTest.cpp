@@ -15,24 +15,17 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
 using aidl::vendor::zarvo::hardware::camera::aon::AONResultValue;
 using Tag = AONResultValue::Tag;
 
-template <Tag kTag, typename T>
-AONResult Result(int32_t key, T value) {
-    return {key, AONResultValue::make<kTag>(std::move(value))};
-}
-
 TEST(EventJson, StaysOneValidLineWhateverTheServiceSends) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     AONCallBackInfo info;
     info.results = {
-            Result<Tag::floatArray>(AONResult::RESULT_KEY_GAZE,
-                                    std::vector<float>{1.5F, NAN, kInfinity, -kInfinity}),
-            Result<Tag::doubleValue>(-7, std::nan("")),
-            Result<Tag::stringValue>(900, std::string("a\"b\\c\n\x01\u00e9")),
-            Result<Tag::byteArray>(AONResult::RESULT_KEY_FACE_FEATURE,
-                                   std::vector<uint8_t>{0, 255}),
-            Result<Tag::boolValue>(901, true),
-            Result<Tag::intArray>(902, std::vector<int32_t>{}),
-            Result<Tag::byteArray>(AONResult::RESULT_KEY_IMAGE_DATA, std::vector<uint8_t>(9)),
+            {AONResult::RESULT_KEY_GAZE, std::vector<float>{1.5F, NAN, kInfinity, -kInfinity}},
+            {-7, std::nan("")},
+            {900, std::string("a\"b\\c\n\x01\u00e9")},
+            {AONResult::RESULT_KEY_FACE_FEATURE, std::vector<uint8_t>{0, 255}},
+            {901, true},
+            {902, std::vector<int32_t>{}},
+            {AONResult::RESULT_KEY_IMAGE_DATA, std::vector<uint8_t>(9)},
     };
     EXPECT_EQ(
             EventJson(info),
@@ -46,10 +39,10 @@ TEST(EventText, ShowsFaceByFaceAndNeverATextOfTheService) {
     faces[1] = 262.54F;
     AONCallBackInfo info;
     info.results = {
-            Result<Tag::intValue>(AONResult::RESULT_KEY_FUSION_ITEM_LENGTH, 20),
-            Result<Tag::floatArray>(AONResult::RESULT_KEY_FUSION_DATA, faces),
-            Result<Tag::stringValue>(AONResult::RESULT_KEY_GAZE, std::string("\n\x1b[2J")),
-            Result<Tag::intValue>(AONResult::RESULT_KEY_FRAME_ID, 12),
+            {AONResult::RESULT_KEY_FUSION_ITEM_LENGTH, 20},
+            {AONResult::RESULT_KEY_FUSION_DATA, faces},
+            {AONResult::RESULT_KEY_GAZE, std::string("\n\x1b[2J")},
+            {AONResult::RESULT_KEY_FRAME_ID, 12},
     };
     const std::string other = "[0.25 0.25 0.25 0.25 0.25 …]";
     EXPECT_EQ(EventText(info),

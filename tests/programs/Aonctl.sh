@@ -38,10 +38,8 @@ ctl 3 'does not run' sensors
 ctl 2 'unknown option --bla' sensors --bla
 ctl 2 'there is no command .bla.' bla
 ctl 2 "camera cannot 'fly'" camera fly 1
-ctl 2 'camera open wants ID' camera open
 ctl 2 "too much for camera list: '1'" camera list 1
 ctl 2 "ID wants a number from 0 .* not 'x'" camera open x
-ctl 2 "scene cannot 'many'" scene many
 ctl 2 "no lie 'white'" fault record white 1
 ctl 2 'getprop wants NAME' getprop
 ctl 2 'unknown option -x' setprop a -x

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "host/recording/Chunk.h"
 #include "tests/recording/Recorded.h"
@@ -14,10 +15,7 @@ using namespace host::recording;
 AONCallBackInfo Event(int32_t frame) {
     AONCallBackInfo info;
     info.serviceType = 8;
-    info.results.resize(2);
-    info.results[0].key = 400;
-    info.results[0].value = std::vector<uint8_t>(8, 0xA5);
-    info.results[1].value = frame;
+    info.results = {{400, std::vector<uint8_t>(8, 0xA5)}, {0, frame}};
     return info;
 }
 
@@ -52,14 +50,11 @@ ReadBack Read(const std::string& bytes) {
 
 /** A chunk with good checksums, whatever it says. */
 std::string Chunk(uint32_t kind, milliseconds time, const std::vector<uint8_t>& payload,
-                  uint32_t length) {
+                  std::optional<uint32_t> length = {}) {
     ChunkHeaderBytes header = MakeChunkHeader(kind, time, payload);
-    PutNumber(std::span(header).first(4), length);
+    if (length) PutNumber(std::span(header).first(4), *length);
     PutNumber(std::span(header).last(4), Crc32(std::span(header).first(kChunkHeaderSize - 4)));
     return std::string(header.begin(), header.end()) + std::string(payload.begin(), payload.end());
-}
-std::string Chunk(uint32_t kind, milliseconds time, const std::vector<uint8_t>& payload) {
-    return Chunk(kind, time, payload, static_cast<uint32_t>(payload.size()));
 }
 
 TEST(Recording, GivesBackWhatWasWritten) {
@@ -124,7 +119,6 @@ TEST(Recording, MadeUpIsRefusedWithAReason) {
             {begun + Chunk(99, {}, {}, kMostPayload + 1), at + "the chunk announces 4194305"},
             {begun + Chunk(kEventChunk, {}, {}), at + "the event is none"},
             {begun + Chunk(kEventChunk, {}, std::vector<uint8_t>(4096, 0xFF)), at + "the event"},
-            {begun + Chunk(kEventChunk, {}, std::vector<uint8_t>(4096, 0x7F)), at + "the event"},
             {begun + Chunk(kStateChunk, {}, std::vector<uint8_t>(16)), at + "the state notice"},
             {begun + Chunk(kConfigChunk, {}, {}), at + "a second configuration"},
             {begun + Chunk(kEndChunk, {}, {}), at + "the end note is none"},

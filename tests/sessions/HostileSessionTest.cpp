@@ -82,7 +82,13 @@ TEST_F(HostileSession, LivesOnAfterWhatIsOnlyRefused) {
     const Case cases[] = {
             {Call(kSpecial, 7), STATUS_UNKNOWN_TRANSACTION},
             {Call(kRoot, 0), STATUS_UNKNOWN_TRANSACTION, true},
+            // Tokens of no interface.
             {Call(kRoot, 1), STATUS_BAD_TYPE, true},
+            {Call(kRoot, 1, "ffffffff"), STATUS_BAD_TYPE, true},
+            {Call(kRoot, 1, "0b000000"), STATUS_BAD_TYPE, true},
+            {Call(kRoot, 1, "0b000000540065007300740073002e00490050006500650072000000 0000"),
+             STATUS_BAD_TYPE, true},
+            {Call(kRoot, 1, "00000080ffffffff4e4b4e55"), STATUS_BAD_TYPE, true},
             {Call("0500000000000000", 1), STATUS_BAD_VALUE},
             {Call("0000000001000000", 1), STATUS_BAD_VALUE},
             {Command(0, 44) + kRoot + U32(1) + U32(0) + kZeros.substr(0, 16) + U32(0) +

@@ -1,53 +1,48 @@
-#include <aidl/tests/BnPeer.h>
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
+#include <unistd.h>
 
 #include <cstdio>
-#include <memory>
-#include <mutex>
+#include <string>
 #include <utility>
+#include <vector>
+
+#include "host/binder/rpc/Socket.h"
+#include "tests/binder/Peer.h"
 
 namespace {
 
-using ::aidl::tests::IPeer;
-using ::ndk::ScopedAStatus;
+using zarvo::host::Socket;
 
-/** Calls each visitor back, now and once it has gone; gives its number back as text. */
-class Peer : public ::aidl::tests::BnPeer {
-  public:
-    ScopedAStatus visit(const std::shared_ptr<IPeer>& visitor, int32_t number,
-                        std::string* text) override {
-        *text = std::to_string(number);
-        Keep(visitor);
-        return visitor == nullptr ? ScopedAStatus::ok() : visitor->visit(nullptr, number, text);
-    }
-    ScopedAStatus giveBack(const std::shared_ptr<IPeer>& other,
-                           std::shared_ptr<IPeer>* back) override {
-        *back = other;
-        return ScopedAStatus::ok();
-    }
-    ScopedAStatus tell(int32_t number) override {
-        const std::shared_ptr<IPeer> last = Keep(nullptr);
-        return last == nullptr ? ScopedAStatus::ok() : last->tell(number);
-    }
-
-  private:
-    /** Puts the visitor in the place of the last one. */
-    std::shared_ptr<IPeer> Keep(std::shared_ptr<IPeer> visitor) {
-        const std::lock_guard lock(mMutex);
-        return std::exchange(mLast, std::move(visitor));
-    }
-
-    std::mutex mMutex;
-    std::shared_ptr<IPeer> mLast;  // mMutex
-};
+/** Connects a thousand times and says nothing; prints what the last of them was told. */
+void Crowd(const std::string& path) {
+    std::vector<Socket> crowd;
+    do {
+        crowd.push_back(Socket::Connect(path));
+    } while (crowd.back().IsOpen() && crowd.size() < 1000);
+    uint8_t news = 0;
+    std::puts(crowd.back().IsOpen() && crowd.back().Receive(&news, 1) == 0 ? "refused" : "taken");
+    std::fflush(stdout);
+    pause();
+}
 
 }  // namespace
 
-/** Serves a peer by the name given; prints what came of publishing it. */
+/** Serves a peer by the name given, with one thread; prints what came of publishing it. The peer
+ * calls each visitor back, now and once it has gone. */
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
-    const auto peer = ndk::SharedRefBase::make<Peer>();
+    if (argc > 2) Crowd(argv[1]);
+    const auto peer = tests::SharedRefBase::make<tests::Peer>();
+    tests::Peer::Visitor last;
+    peer->onVisit = [&](const auto& visitor, int32_t number, std::string* text) {
+        *text = std::to_string(number);
+        last = visitor;
+        return visitor == nullptr ? ndk::ScopedAStatus::ok()
+                                  : visitor->visit(nullptr, number, text);
+    };
+    peer->onTell = [&](int32_t number) {
+        if (const auto gone = std::exchange(last, nullptr)) gone->tell(number);
+    };
     const int result = AServiceManager_addService(peer->asBinder().get(), argv[1]);
     std::printf("%d\n", result);
     std::fflush(stdout);

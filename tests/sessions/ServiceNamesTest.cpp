@@ -1,24 +1,18 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
-#include <android/binder_stability.h>
-#include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <future>
 #include <thread>
 
-#include "host/binder/rpc/SocketAddress.h"
 #include "host/binder/services/FoundServices.h"
 #include "host/binder/services/PublishedServices.h"
+#include "tests/clients/RecordingCallback.h"
 #include "tests/sessions/ServerTest.h"
 #include "tests/support/Child.h"
 #include "tests/support/RuntimeDirectory.h"
@@ -27,7 +21,6 @@ namespace tests {
 namespace {
 
 using ::zarvo::host::FoundServices;
-using ::zarvo::host::SocketAddress;
 using ::zarvo::test::Child;
 using ::zarvo::test::RuntimeDirectory;
 using namespace std::chrono_literals;
@@ -100,13 +93,8 @@ TEST_F(ServiceNames, AreRefusedWhereTheyCannotBe) {
         EXPECT_FALSE(AServiceManager_isDeclared(name)) << name;
     }
 
-    const AIBinder_Class* const stableClass = AIBinder_Class_define(
-            "tests.IStable", [](void* args) { return args; }, [](void*) {},
-            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) {
-                return binder_status_t{STATUS_OK};
-            });
-    const SpAIBinder stable(AIBinder_new(stableClass, nullptr));
-    AIBinder_markVintfStability(stable.get());
+    // What promises stability to the system has a declared name.
+    const SpAIBinder stable = SharedRefBase::make<zarvo::test::RecordingCallback>()->asBinder();
     EXPECT_EQ(AServiceManager_addService(stable.get(), kName), EX_ILLEGAL_ARGUMENT);
     if (geteuid() == 0) {
         ASSERT_EQ(chown(mDirectory.c_str(), 1, 1), 0);
@@ -125,35 +113,11 @@ TEST_F(ServiceNames, AreKeptWhereNobodyElseCanLook) {
 
 TEST_F(ServiceNames, ReachWhoComesAlsoDuringACrowd) {
     const PeerProcess process;
-    const auto address = SocketAddress::Of(SocketFile());
-    std::array<int, 2> pipe{-1, -1};
-    ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
-    const ndk::ScopedFileDescriptor told(pipe[0]);
-    ndk::ScopedFileDescriptor tells(pipe[1]);
-    const pid_t crowd = fork();
-    if (crowd == 0) {
-        // A thousand that say nothing, until the last of them has been refused.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        int last = -1;
-        for (int i = 0; i < 1000; ++i) {
-            last = socket(AF_UNIX, SOCK_STREAM, 0);
-            if (connect(last, address->Get(), address->Size()) != 0) break;
-        }
-        char news = 0;
-        news = recv(last, &news, 1, 0) == 0 ? 'r' : 'x';
-        [[maybe_unused]] const ssize_t written = write(tells.get(), &news, 1);
-        while (true)
-            pause();
-    }
-    tells.set(-1);
-    char news = 0;
-    EXPECT_EQ(read(told.get(), &news, 1), 1);
-    EXPECT_EQ(news, 'r');
+    const Child crowd({PEER_PROCESS, SocketFile(), "crowd"});
+    EXPECT_EQ(crowd.Line(), "refused");
     std::string text;
     const auto other = Find();
     EXPECT_TRUE(other != nullptr && other->visit(nullptr, 5, &text).isOk());
-    kill(crowd, SIGKILL);
-    waitpid(crowd, nullptr, 0);
 }
 
 TEST_F(ServiceNames, AreTakenFromTheDeadAndNotFromTheLiving) {
@@ -216,9 +180,39 @@ TEST_F(ServiceNames, ReachAProcessThatCallsBackAndDies) {
     EXPECT_TRUE(other->tell(7).isOk());
     EXPECT_EQ(told.get_future().get(), 7);
     EXPECT_EQ(AIBinder_linkToDeath(binder, recipient.get(), &died), STATUS_OK);
-    process.Kill();
+    // Even if it dies inside its call.
+    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
+        process.Kill();
+        return ScopedAStatus::ok();
+    };
+    EXPECT_EQ(other->visit(mPeer, 5, &text).getStatus(), STATUS_DEAD_OBJECT);
     died.get_future().wait();
     EXPECT_EQ(AIBinder_ping(binder), STATUS_DEAD_OBJECT);
+}
+
+TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAndDiesHoldNobodyUp) {
+    auto process = std::make_unique<PeerProcess>();
+    const std::shared_ptr<IPeer> other = Find();
+    ASSERT_NE(other, nullptr);
+    process->Stop();
+    std::vector<std::future<binder_status_t>> calls;
+    for (int i = 0; i < 3; ++i) {
+        calls.push_back(std::async(std::launch::async,
+                                   [&other] { return AIBinder_ping(other->asBinder().get()); }));
+    }
+    EXPECT_EQ(calls[0].wait_for(50ms), std::future_status::timeout);
+    process->Kill();
+    for (auto& call : calls)
+        EXPECT_EQ(call.get(), STATUS_DEAD_OBJECT);
+    // Who waits for the name gets the next process.
+    process = std::make_unique<PeerProcess>();
+    process->Stop();
+    auto found = std::async(std::launch::async,
+                            [] { return SpAIBinder(AServiceManager_waitForService(kName)); });
+    EXPECT_EQ(found.wait_for(50ms), std::future_status::timeout);
+    process->Kill();
+    process = std::make_unique<PeerProcess>();
+    EXPECT_EQ(AIBinder_ping(found.get().get()), STATUS_OK);
 }
 
 TEST_F(ServiceNames, OfAProcessWithOneThreadAreServedOneCallAtATime) {

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -46,33 +45,6 @@ TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
     Send(socket, "00000000" + kHello.substr(8) + kInit + Call(kSpecial, wire::kGetRoot));
     EXPECT_EQ(Receive(socket, 8 + 16 + 4 + 16),
               kSpecial + Command(1, 20) + U32(0) + U32(1) + kRoot + U32(12));
-}
-
-TEST_F(SessionTest, CallsBeyondTheServersThreadsWaitForOne) {
-    std::atomic<int> inside{0};
-    std::atomic<int> most{0};
-    mPeer->onVisit = [&](const auto&, int32_t number, std::string* text) {
-        const int now = ++inside;
-        most = std::max<int>(most, now);
-        // The first two see each other.
-        while (most < 2)
-            std::this_thread::yield();
-        *text = std::to_string(number);
-        --inside;
-        return ScopedAStatus::ok();
-    };
-    const auto root = Connect();
-    std::vector<std::thread> callers;
-    for (int32_t i = 0; i < 8; ++i) {
-        callers.emplace_back([&, i] {
-            std::string text;
-            EXPECT_TRUE(root->visit(nullptr, i, &text).isOk());
-            EXPECT_EQ(text, std::to_string(i));
-        });
-    }
-    for (auto& caller : callers)
-        caller.join();
-    EXPECT_EQ(most, 2);
 }
 
 TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
