@@ -131,31 +131,6 @@ TEST_F(SimulatedSensorTest, RefusesWhatNoStreamCanRun) {
     EXPECT_TRUE(mControl.Running());
 }
 
-TEST_F(SimulatedSensorTest, StopsAndStartsBesideACallbackInFlightAndBeginsNoneAfterStop) {
-    StartAndHoldUpAnEvent();
-    EXPECT_TRUE(mStream.notifyCameraStatus({0}, true));
-    EXPECT_TRUE(mStream.stop());
-    const auto second = std::make_shared<StreamListener>();
-    ASSERT_TRUE(Start(second));
-    EXPECT_TRUE(mControl.DeliverOne());
-    EXPECT_EQ(second->Frames(), Frames{1});
-    mListener->SetBlocking(false);
-    mControl.Shutdown();
-    EXPECT_EQ(mListener->Frames(), Frames{0});
-}
-
-TEST_F(SimulatedSensorTest, LetsTheCallbackStopAndStartIt) {
-    mListener->inEvent = [this](const aov_event*) {
-        EXPECT_TRUE(mStream.stop());
-        EXPECT_TRUE(Start(mListener));
-    };
-    ASSERT_TRUE(Start(mListener));
-    EXPECT_TRUE(mControl.DeliverOne());
-    EXPECT_TRUE(mControl.DeliverOne());
-    mControl.Shutdown();
-    EXPECT_EQ(mListener->Frames(), (Frames{0, 1}));
-}
-
 TEST_F(SimulatedSensorTest, SurvivesStartsAndStopsFromManyThreadsWhileItDelivers) {
     mControl.SetManualDelivery(false);
     std::vector<std::thread> threads;

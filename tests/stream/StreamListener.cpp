@@ -10,13 +10,10 @@ using test::kPatience;
 
 void StreamListener::onCallback(aov_event* event) {
     {
-        std::unique_lock lock(mMutex);
+        const std::lock_guard lock(mMutex);
         mFrames.push_back(event == nullptr ? -1 : int64_t{event->frame_id});
         mEventThreads.push_back(std::this_thread::get_id());
-        ++mBlocked;
         mChanged.notify_all();
-        mChanged.wait(lock, [this] { return !mBlocking; });
-        --mBlocked;
     }
     if (inEvent) inEvent(event);
 }
@@ -28,17 +25,6 @@ void StreamListener::Note(std::string notice) {
         mNoticeThreads.push_back(std::this_thread::get_id());
     }
     if (inNotice) inNotice();
-}
-
-void StreamListener::SetBlocking(bool blocking) {
-    const std::lock_guard lock(mMutex);
-    mBlocking = blocking;
-    mChanged.notify_all();
-}
-
-bool StreamListener::WaitUntilBlocked() {
-    std::unique_lock lock(mMutex);
-    return mChanged.wait_for(lock, kPatience, [this] { return mBlocked > 0; });
 }
 
 bool StreamListener::WaitForEvents(size_t count) {
@@ -57,22 +43,9 @@ user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate
     return param;
 }
 
-StreamTest::~StreamTest() {
-    mListener->SetBlocking(false);
-    mControl.Shutdown();
-}
-
 bool StreamTest::Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate) {
     user_param param = Param(callback, frameRate);
     return mStream.start(&param);
-}
-
-void StreamTest::StartAndHoldUpAnEvent() {
-    mListener->SetBlocking(true);
-    ASSERT_TRUE(Start(mListener));
-    for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(mControl.RequestFrame());
-    ASSERT_TRUE(mListener->WaitUntilBlocked());
 }
 
 }  // namespace zarvo::host

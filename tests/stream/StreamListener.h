@@ -14,7 +14,7 @@
 
 namespace zarvo::host {
 
-/** Stands in the manager's place: sees what the stream calls, and can hold it up. */
+/** Stands in the manager's place: sees what the stream calls, and can do something then. */
 class StreamListener : public IAovStreamCallback {
   public:
     /** Run inside every onCallback() and every notice; set before the stream starts. */
@@ -25,9 +25,6 @@ class StreamListener : public IAovStreamCallback {
     void NotifyOpen(int instanceId) override { Note("open " + std::to_string(instanceId)); }
     void NotifyClose(int instanceId) override { Note("close " + std::to_string(instanceId)); }
 
-    /** Whether events are held up from now on; true once one is held. */
-    void SetBlocking(bool blocking);
-    bool WaitUntilBlocked();
     /** Whether so many events came, before the patience of a test ends. */
     bool WaitForEvents(size_t count);
 
@@ -48,8 +45,6 @@ class StreamListener : public IAovStreamCallback {
 
     std::mutex mMutex;
     std::condition_variable mChanged;
-    bool mBlocking = false;
-    size_t mBlocked = 0;
     std::vector<int64_t> mFrames;
     std::vector<std::string> mNotices;
     std::vector<std::thread::id> mEventThreads, mNoticeThreads;
@@ -63,11 +58,9 @@ user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate
 class StreamTest : public testing::Test {
   protected:
     StreamTest() : mStream(*IAOVStream::createInstance()) { mControl.SetManualDelivery(true); }
-    ~StreamTest() override;
+    ~StreamTest() override { mControl.Shutdown(); }
 
     bool Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate = 5);
-    /** Starts with mListener, asks for three frames, and holds up the first. */
-    void StartAndHoldUpAnEvent();
 
     SimulatorControl& mControl = SimulatorControl::Instance();
     IAOVStream& mStream;
