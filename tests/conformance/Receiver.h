@@ -15,12 +15,16 @@ namespace conformance {
 
 namespace aon = aidl::vendor::zarvo::hardware::camera::aon;
 
+/** The handle of the one client. */
+inline constexpr int64_t kHandle = 1;
+
 /** How long something may take that a correct service does soon. */
 inline constexpr std::chrono::seconds kPatience{20};
 
 /**
  * A client's callback: remembers the states and the last events that it was told, and does
- * something when told a state. Owned by a Client. Any thread may use it.
+ * something when told a state. Every call has to come with the client's handle. Owned by a Client.
+ * Any thread may use it.
  */
 class Receiver : public aon::BnAONServiceCallBack {
   public:
@@ -36,29 +40,22 @@ class Receiver : public aon::BnAONServiceCallBack {
     /** What to do in every state from now on. Null: nothing. */
     void SetInState(std::function<void()> hook);
 
-    /** Waits until there was an event that fits, and gives the events since the last Take, at most
-     * the last kKept; none if there was no such event in time. */
-    std::vector<Event> AwaitEvent(const std::function<bool(const Event&)>& fits);
-    /** The same for any event. */
+    /** Waits until there was an event, and takes those since the last time, at most the last kKept;
+     * none if there was none in time. */
     std::vector<Event> AwaitEvent();
-    /** All states since the last Take, which are then forgotten. */
+    /** All states since the last time. */
     States TakeStates();
     /** How many events there were, ever. */
     size_t EventCount();
-    /** The handles that calls came with, without repetition. */
-    std::vector<int64_t> Handles();
 
     static constexpr size_t kKept = 16;
 
   private:
-    void NoteHandleLocked(int64_t handle);
-
     std::mutex mMutex;
     std::condition_variable mChanged;
     std::function<void()> mInState;  // mMutex, as all below
     std::vector<Event> mEvents;
     States mStates;
-    std::vector<int64_t> mHandles;
     size_t mEventCount = 0;
 };
 
