@@ -99,8 +99,9 @@ TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
     EXPECT_TRUE(log.TakeTexts().empty());
 }
 
-TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
+TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOneAndNamesEveryFileThatItCannotOpen) {
     LogRecorder log;
+    mEvent.Put(8, uint32_t{0xFFFFFFFF});
     for (const char* value : {"0", "2", "-1"}) {
         property_set("zarvo.aon.hal.mtk_dump_apu", value);
         Convert(1);
@@ -108,7 +109,11 @@ TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
     }
     property_set("zarvo.aon.hal.mtk_dump_apu", "1");
     Convert(1);
-    EXPECT_EQ(log.TakeTexts().size(), 9U);
+    const auto lines = log.TakeTexts();
+    ASSERT_EQ(lines.size(), 9U);
+    EXPECT_EQ(lines[0],
+              "E: AONManagerCallback: open output file /data/aon/frame_-1_aon_input.dump fail, "
+              "file No such file or directory.\n");
 }
 
 TEST_F(Conversion, TellsItsStepsWhenVerbose) {

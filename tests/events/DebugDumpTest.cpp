@@ -77,18 +77,6 @@ TEST(DebugDump, WritesTheRegionsOfTheServiceTypesInOrder) {
     dumpOutput(nullptr, [](auto...) { FAIL() << "a null event has nothing to dump"; });
 }
 
-TEST(DebugDump, NamesEveryFileThatItCannotOpen) {
-    RawEvent event;
-    event.Put(8, uint32_t{0xFFFFFFFF});
-    LogRecorder log;
-    dumpOutput(event.get());
-    const auto lines = log.TakeTexts();
-    ASSERT_EQ(lines.size(), 9U);
-    EXPECT_EQ(lines[0],
-              "E: AONManagerCallback: open output file /data/aon/frame_-1_aon_input.dump fail, "
-              "file No such file or directory.\n");
-}
-
 TEST(DebugDump, ReplacesAFileByTheBytesOfTheRegion) {
     const std::string path = AON_SCRATCH_DIR "/dump_test.bin";
     std::ofstream(path) << "much longer than what comes";

@@ -8,9 +8,11 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "host/stream/SimulatorControl.h"
+#include "tests/support/LogRecorder.h"
 
 namespace zarvo::host {
 
@@ -21,12 +23,23 @@ class StreamListener : public IAovStreamCallback {
     std::function<void(const aov_event* event)> inEvent;
     std::function<void()> inNotice;
 
-    void onCallback(aov_event* event) override;
+    void onCallback(aov_event* event) override {
+        {
+            const std::lock_guard lock(mMutex);
+            mFrames.push_back(event == nullptr ? -1 : int64_t{event->frame_id});
+            mEventThreads.push_back(std::this_thread::get_id());
+            mChanged.notify_all();
+        }
+        if (inEvent) inEvent(event);
+    }
     void NotifyOpen(int instanceId) override { Note("open " + std::to_string(instanceId)); }
     void NotifyClose(int instanceId) override { Note("close " + std::to_string(instanceId)); }
 
     /** Whether so many events came, before the patience of a test ends. */
-    bool WaitForEvents(size_t count);
+    bool WaitForEvents(size_t count) {
+        std::unique_lock lock(mMutex);
+        return mChanged.wait_for(lock, test::kPatience, [&] { return mFrames.size() >= count; });
+    }
 
     /** Frame ids in order, -1 for null events. */
     std::vector<int64_t> Frames() { return Get(mFrames); }
@@ -36,7 +49,14 @@ class StreamListener : public IAovStreamCallback {
     std::vector<std::thread::id> NoticeThreads() { return Get(mNoticeThreads); }
 
   private:
-    void Note(std::string notice);
+    void Note(std::string notice) {
+        {
+            const std::lock_guard lock(mMutex);
+            mNotices.push_back(std::move(notice));
+            mNoticeThreads.push_back(std::this_thread::get_id());
+        }
+        if (inNotice) inNotice();
+    }
     template <typename T>
     T Get(const T& member) {
         const std::lock_guard lock(mMutex);
@@ -51,8 +71,16 @@ class StreamListener : public IAovStreamCallback {
 };
 
 /** What starts sensor 0 with services 1 and 2. */
-user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate = 5,
-                 int32_t width = 640, int32_t height = 480);
+inline user_param Param(std::shared_ptr<IAovStreamCallback> callback, int32_t frameRate = 5,
+                        int32_t width = 640, int32_t height = 480) {
+    user_param param{};
+    param.frameRate = frameRate;
+    param.frameWidth = width;
+    param.frameHeight = height;
+    param.serviceType = 3;
+    param.AovStreamCallback = std::move(callback);
+    return param;
+}
 
 /** A test with the process's stream, quiet and with manual delivery when the test begins. */
 class StreamTest : public testing::Test {
@@ -60,7 +88,10 @@ class StreamTest : public testing::Test {
     StreamTest() : mStream(*IAOVStream::createInstance()) { mControl.SetManualDelivery(true); }
     ~StreamTest() override { mControl.Shutdown(); }
 
-    bool Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate = 5);
+    bool Start(const std::shared_ptr<IAovStreamCallback>& callback, int32_t frameRate = 5) {
+        user_param param = Param(callback, frameRate);
+        return mStream.start(&param);
+    }
 
     SimulatorControl& mControl = SimulatorControl::Instance();
     IAOVStream& mStream;
