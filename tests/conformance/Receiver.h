@@ -2,6 +2,7 @@
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -33,20 +34,48 @@ class Receiver : public aon::BnAONServiceCallBack {
     using States = std::vector<State>;
     using Event = aon::AONCallBackInfo;
 
-    ndk::ScopedAStatus onAONEvent(int64_t handle, const Event& info) override;
+    ndk::ScopedAStatus onAONEvent(int64_t handle, const Event& info) override {
+        EXPECT_EQ(handle, kHandle);
+        const std::lock_guard lock(mMutex);
+        ++mEventCount;
+        if (mEvents.size() == kKept) mEvents.erase(mEvents.begin());
+        mEvents.push_back(info);
+        mChanged.notify_all();
+        return ndk::ScopedAStatus::ok();
+    }
     ndk::ScopedAStatus onSensorStateChanged(int64_t handle,
-                                            const aon::AONSensorStateInfo& info) override;
+                                            const aon::AONSensorStateInfo& info) override {
+        EXPECT_EQ(handle, kHandle);
+        std::unique_lock lock(mMutex);
+        mStates.emplace_back(info.sensorId, info.state);
+        const auto hook = mInState;
+        lock.unlock();
+        if (hook) hook();
+        return ndk::ScopedAStatus::ok();
+    }
 
     /** What to do in every state from now on. Null: nothing. */
-    void SetInState(std::function<void()> hook);
-
+    void SetInState(std::function<void()> hook) {
+        const std::lock_guard lock(mMutex);
+        mInState = std::move(hook);
+    }
     /** Waits until there was an event, and takes those since the last time, at most the last kKept;
      * none if there was none in time. */
-    std::vector<Event> AwaitEvent();
+    std::vector<Event> AwaitEvent() {
+        std::unique_lock lock(mMutex);
+        mChanged.wait_for(lock, kPatience, [&] { return !mEvents.empty(); });
+        return std::exchange(mEvents, {});
+    }
     /** All states since the last time. */
-    States TakeStates();
+    States TakeStates() {
+        const std::lock_guard lock(mMutex);
+        return std::exchange(mStates, {});
+    }
     /** How many events there were, ever. */
-    size_t EventCount();
+    size_t EventCount() {
+        const std::lock_guard lock(mMutex);
+        return mEventCount;
+    }
 
     static constexpr size_t kKept = 16;
 
