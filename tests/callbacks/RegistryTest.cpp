@@ -50,7 +50,7 @@ TEST_F(Registry, KnowsAClientAgainBehindAnotherProxy) {
     EXPECT_EQ(Register(client.proxy), 1);
     const auto first = since();
     LogRecorder log;
-    EXPECT_EQ(Register(client.AnotherProxy()), 1);
+    EXPECT_EQ(Register(IAONServiceCallBack::fromBinder(client.connection->Root())), 1);
     EXPECT_EQ(since(), first);
     EXPECT_EQ(log.TakeTexts()[1],
               "W: RemoteCallbackManager: callback has already register, client:1");

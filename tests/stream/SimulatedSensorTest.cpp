@@ -59,15 +59,8 @@ TEST_F(SimulatedSensorTest, DeliversTheSceneOfSeedAndCast) {
         mControl.SetCast(expected.cast = cast);
         EXPECT_TRUE(mControl.DeliverOne());
     }
-    EXPECT_TRUE(mStream.stop());
-    mControl.SetManualDelivery(false);
-    mControl.SetJitter(1);
-    expected.frameRate = 60;
-    ASSERT_TRUE(Start(mListener, 60));
-    EXPECT_TRUE(mListener->WaitForEvents(7));
     mControl.Shutdown();
-    EXPECT_GE(compared, 7u);
-    EXPECT_EQ(mListener->Frames()[6], 6);
+    EXPECT_EQ(compared, 4u);
 }
 
 TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtOnce) {
@@ -79,6 +72,7 @@ TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtO
     EXPECT_TRUE(mListener->Frames().empty());
     user_param param = Param(mListener, 3);
     param.mdFrameRate = 30;  // asked for, but not what the sensor is to run at
+    mControl.SetJitter(1);  // makes frames late, never early
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_TRUE(mStream.start(&param));
     EXPECT_TRUE(mListener->WaitForEvents(2));
