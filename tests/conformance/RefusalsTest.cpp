@@ -27,6 +27,11 @@ TEST_F(Handles, AreOneForTheOneClient) {
     for (int round = 0; round < 2; ++round) {
         ASSERT_EQ(client.Register(kFusion), kOk);
         EXPECT_EQ(client.handle, kHandle);
+        // What never was can be stopped and unsubscribed.
+        EXPECT_EQ(client.Start(kFusion), kBeyondSubscribed);
+        EXPECT_EQ(client.Stop(kFusion), kOk);
+        EXPECT_EQ(client.Unsubscribe(), kOk);
+        EXPECT_EQ(client.receiver->TakeStates(), States());
         EXPECT_EQ(client.Unregister(), kOk);
         ExpectUnknown(client);
     }
@@ -39,16 +44,6 @@ TEST_F(Handles, AreOneForTheOneClient) {
         client.handle = other;
         ExpectUnknown(client);
     }
-}
-
-TEST_F(Handles, CanStopAndUnsubscribeWhatNeverWas) {
-    Client client(service);
-    ASSERT_EQ(client.Register(kFusion), kOk);
-    EXPECT_EQ(client.Start(kFusion), kBeyondSubscribed);
-    EXPECT_EQ(client.Stop(kFusion), kOk);
-    EXPECT_EQ(client.Unsubscribe(), kOk);
-    EXPECT_EQ(client.receiver->TakeStates(), States());
-    EXPECT_EQ(client.Unregister(), kOk);
 }
 
 TEST_F(Refusals, OfServiceTypesBeyondThoseOfTheStepBefore) {
@@ -91,19 +86,10 @@ TEST_F(Refusals, OfConfigurationsThatAreNotOffered) {
     EXPECT_EQ(client.Unregister(), kOk);
 }
 
-TEST_F(Refusals, OfALeaveWithSomethingStartedOrSubscribed) {
-    Client client(service);
-    ASSERT_NO_FATAL_FAILURE(Run(client, kAllTypes, kFusion));
-    EXPECT_EQ(client.Unregister(), kStopFirst);
-    EXPECT_EQ(client.Stop(kAllTypes), kOk);
-    EXPECT_EQ(client.Unregister(), kUnsubscribeFirst);
-    EXPECT_EQ(client.Unsubscribe(), kOk);
-    EXPECT_EQ(client.Unregister(), kOk);
-}
-
 TEST_F(Refusals, OfMoreThanWhatRunsLeaveItRunning) {
     Client client(service);
     ASSERT_NO_FATAL_FAILURE(Run(client, kFusion | kGaze, kFusion));
+    EXPECT_EQ(client.Unregister(), kStopFirst);
     EXPECT_EQ(client.Start(kGaze), kOthersRun);
     EXPECT_EQ(client.Start(kFusion | kGaze), kOthersRun);
     SensorConfigInfo otherMode = For(kFusion);
@@ -117,6 +103,9 @@ TEST_F(Refusals, OfMoreThanWhatRunsLeaveItRunning) {
     EXPECT_EQ(client.Start(kGaze), kBeyondSubscribed);
     EXPECT_EQ(client.Stop(kFusion), kOk);
     EXPECT_EQ(client.receiver->TakeStates(), States{Told(kIdle)});
+    EXPECT_EQ(client.Unregister(), kUnsubscribeFirst);
+    EXPECT_EQ(client.Unsubscribe(), kOk);
+    EXPECT_EQ(client.Unregister(), kOk);
 }
 
 TEST_F(Refusals, OfASecondSensorUntilTheFirstIsGivenBack) {

@@ -72,7 +72,7 @@ TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtO
     EXPECT_TRUE(mListener->Frames().empty());
     user_param param = Param(mListener, 3);
     param.mdFrameRate = 30;  // asked for, but not what the sensor is to run at
-    mControl.SetJitter(1);  // makes frames late, never early
+    mControl.SetJitter(1);   // makes frames late, never early
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_TRUE(mStream.start(&param));
     EXPECT_TRUE(mListener->WaitForEvents(2));
