@@ -16,10 +16,6 @@ struct RemoteCallback {
     std::shared_ptr<IAONServiceCallBack> proxy =
             IAONServiceCallBack::fromBinder(connection->Root());
 
-    /** A new proxy object for the same callback. */
-    std::shared_ptr<IAONServiceCallBack> AnotherProxy() const {
-        return IAONServiceCallBack::fromBinder(connection->Root());
-    }
     /** Ends the client's process and waits until its death was told. */
     void Die() const {
         connection->Kill();

@@ -83,7 +83,7 @@ TEST_F(Threads, OfTwoClientsPutEachOtherOut) {
         for (int i = 0; i < 20; ++i) {
             Client client(service);
             EXPECT_EQ(client.Register(kAllTypes), kOk);
-            EXPECT_EQ(client.handle, 1);
+            EXPECT_EQ(client.handle, kHandle);
             // Whatever the other does meanwhile, each call has an answer.
             client.Subscribe(config);
             client.Start(kFusion);

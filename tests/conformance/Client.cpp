@@ -36,37 +36,4 @@ bool FirstConfig(const std::vector<aon::AONSensorInfo>& sensors, int32_t types,
     return false;
 }
 
-Client::~Client() {
-    receiver->SetInState(nullptr);
-    if (mGiven == 0) return;
-    service->unsubscribeSensor(mGiven);
-    service->unregisterClient(mGiven);
-}
-
-std::string Client::Register(int32_t types) {
-    const auto status = service->registerClient(receiver, types, &handle);
-    if (status.isOk()) mGiven = handle;
-    return Answer(status);
-}
-
-std::string Client::Subscribe(const SensorConfigInfo& config) const {
-    return Answer(service->subscribeSensor(handle, config));
-}
-
-std::string Client::Start(int32_t types) const {
-    return Answer(service->startService(handle, types));
-}
-
-std::string Client::Stop(int32_t types) const {
-    return Answer(service->stopService(handle, types));
-}
-
-std::string Client::Unsubscribe() const {
-    return Answer(service->unsubscribeSensor(handle));
-}
-
-std::string Client::Unregister() const {
-    return Answer(service->unregisterClient(handle));
-}
-
 }  // namespace conformance

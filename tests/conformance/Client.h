@@ -32,17 +32,28 @@ bool FirstConfig(const std::vector<aon::AONSensorInfo>& sensors, int32_t types,
 class Client {
   public:
     explicit Client(std::shared_ptr<aon::IAONService> target) : service(std::move(target)) {}
-    ~Client();
+    ~Client() {
+        receiver->SetInState(nullptr);
+        if (mGiven == 0) return;
+        service->unsubscribeSensor(mGiven);
+        service->unregisterClient(mGiven);
+    }
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
 
     // Each gives the answer as text.
-    std::string Register(int32_t types);
-    std::string Subscribe(const aon::SensorConfigInfo& config) const;
-    std::string Start(int32_t types) const;
-    std::string Stop(int32_t types) const;
-    std::string Unsubscribe() const;
-    std::string Unregister() const;
+    std::string Register(int32_t types) {
+        const auto status = service->registerClient(receiver, types, &handle);
+        if (status.isOk()) mGiven = handle;
+        return Answer(status);
+    }
+    std::string Subscribe(const aon::SensorConfigInfo& config) const {
+        return Answer(service->subscribeSensor(handle, config));
+    }
+    std::string Start(int32_t types) const { return Answer(service->startService(handle, types)); }
+    std::string Stop(int32_t types) const { return Answer(service->stopService(handle, types)); }
+    std::string Unsubscribe() const { return Answer(service->unsubscribeSensor(handle)); }
+    std::string Unregister() const { return Answer(service->unregisterClient(handle)); }
 
     const std::shared_ptr<aon::IAONService> service;
     const std::shared_ptr<Receiver> receiver = ndk::SharedRefBase::make<Receiver>();

@@ -14,7 +14,7 @@ class DeadClients : public Sensor, public testing::WithParamInterface<const char
     bool IsForgotten() const {
         const Client nobody(service);
         const auto end = std::chrono::steady_clock::now() + kPatience;
-        while (Answer(service->startService(1, -1)) != kUnknown) {
+        while (Answer(service->startService(kHandle, -1)) != kUnknown) {
             if (std::chrono::steady_clock::now() > end) return false;
             poll(nullptr, 0, 10);
         }
@@ -25,7 +25,7 @@ class DeadClients : public Sensor, public testing::WithParamInterface<const char
     void ExpectNextIsServed() const {
         Client next(service);
         ASSERT_EQ(next.Register(kAllTypes), kOk);
-        EXPECT_EQ(next.handle, 1);
+        EXPECT_EQ(next.handle, kHandle);
         // The service may be at letting go just now; then it tells what ran, and that it ends.
         const States told = next.receiver->TakeStates();
         EXPECT_TRUE(told.empty() || told == (States{Told(kStarted), Told(kIdle)}));
@@ -36,19 +36,14 @@ class DeadClients : public Sensor, public testing::WithParamInterface<const char
     }
 };
 
-TEST_P(DeadClients, AreForgottenByTheService) {
-    OtherProcess other(GetParam());
-    ASSERT_TRUE(other.Arrives()) << "the client in another process did not get there";
-    other.Kill();
-    EXPECT_TRUE(IsForgotten());
-    ExpectNextIsServed();
-}
-
-TEST_P(DeadClients, AreReplacedBeforeTheirDeathIsNews) {
-    OtherProcess other(GetParam());
-    ASSERT_TRUE(other.Arrives()) << "the client in another process did not get there";
-    other.Kill();
-    ExpectNextIsServed();
+TEST_P(DeadClients, AreForgottenOrReplacedBeforeTheirDeathIsNews) {
+    for (const bool isNews : {true, false}) {
+        OtherProcess other(GetParam());
+        ASSERT_TRUE(other.Arrives()) << "the client in another process did not get there";
+        other.Kill();
+        EXPECT_TRUE(!isNews || IsForgotten());
+        ExpectNextIsServed();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(KilledWhile, DeadClients,

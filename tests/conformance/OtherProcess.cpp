@@ -3,14 +3,13 @@
 #include <android/binder_process.h>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <csignal>
 #include <cstdlib>
-#include <future>
 #include <utility>
 
 #include "tests/conformance/Client.h"
@@ -20,36 +19,25 @@ namespace {
 
 constexpr char kArrived = '!';
 
-/** Says that the role's end is reached, and waits there. Whoever started this reads no more than
- * one, and ends it. */
+/** Says that the role's end is reached, and waits there to be killed. */
 void Arrive() {
-    char byte = kArrived;
-    if (write(STDOUT_FILENO, &byte, 1) != 1) _exit(EXIT_FAILURE);
-    while (read(STDIN_FILENO, &byte, 1) > 0) {
-    }
-    _exit(EXIT_FAILURE);
+    if (write(STDOUT_FILENO, &kArrived, 1) != 1) _exit(EXIT_FAILURE);
+    while (true)
+        pause();
 }
 
 }  // namespace
 
-OtherProcess::OtherProcess(std::string role) {
+OtherProcess::OtherProcess(const std::string& role) {
     std::array<int, 2> output{-1, -1};
-    std::array<int, 2> life{-1, -1};
     if (pipe2(output.data(), O_CLOEXEC) != 0) return;
     mOutput = output[0];
-    if (pipe2(life.data(), O_CLOEXEC) == 0) {
-        mLife = life[1];
-        std::string program = "/proc/self/exe";
-        std::string option = "--client";
-        const std::array<char*, 4> arguments{program.data(), option.data(), role.data(), nullptr};
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, life[0], STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-        if (posix_spawn(&mPid, program.c_str(), &actions, nullptr, arguments.data(), environ) != 0)
-            mPid = 0;
-        posix_spawn_file_actions_destroy(&actions);
-        close(life[0]);
+    mPid = fork();
+    if (mPid == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        dup2(output[1], STDOUT_FILENO);
+        execl("/proc/self/exe", "aon_conformance_test", "--client", role.c_str(), nullptr);
+        _exit(EXIT_FAILURE);
     }
     close(output[1]);
 }
@@ -57,7 +45,6 @@ OtherProcess::OtherProcess(std::string role) {
 OtherProcess::~OtherProcess() {
     Kill();
     if (mOutput >= 0) close(mOutput);
-    if (mLife >= 0) close(mLife);
 }
 
 bool OtherProcess::Arrives() const {
@@ -68,7 +55,8 @@ bool OtherProcess::Arrives() const {
 }
 
 void OtherProcess::Kill() {
-    if (mPid == 0) return;
+    // Not what kill() takes for several processes.
+    if (mPid <= 0) return;
     kill(mPid, SIGKILL);
     waitpid(std::exchange(mPid, 0), nullptr, 0);
 }

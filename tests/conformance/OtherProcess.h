@@ -12,12 +12,12 @@ inline constexpr char kReceiving[] = "receiving";
 inline constexpr char kInsideACallback[] = "inside";
 
 /**
- * This program as a client in a process of its own, which ends by SIGKILL; when this object goes
- * at the latest.
+ * This program as a client in a process of its own, which ends by SIGKILL; when this object or its
+ * thread goes at the latest.
  */
 class OtherProcess {
   public:
-    explicit OtherProcess(std::string role);
+    explicit OtherProcess(const std::string& role);
     ~OtherProcess();
     OtherProcess(const OtherProcess&) = delete;
     OtherProcess& operator=(const OtherProcess&) = delete;
@@ -29,8 +29,6 @@ class OtherProcess {
   private:
     pid_t mPid = 0;
     int mOutput = -1;
-    /** Closed, it tells the other process that this one has gone. */
-    int mLife = -1;
 };
 
 /** What the other process does: main's exit status, if it is not killed before. */

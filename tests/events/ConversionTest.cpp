@@ -15,7 +15,6 @@ namespace {
 
 using aidl::vendor::zarvo::hardware::camera::aon::AONCallBackInfo;
 using aidl::vendor::zarvo::hardware::camera::aon::AONResult;
-using aidl::vendor::zarvo::hardware::camera::aon::AONResultValue;
 using aidl::vendor::zarvo::hardware::camera::aon::AONSensorStateInfo;
 using test::LogRecorder;
 using test::RawEvent;
@@ -57,15 +56,33 @@ class Conversion : public testing::Test {
     std::shared_ptr<AONManagerCallback> mTranslator = AONManagerCallback::create(mSink);
 };
 
-TEST_F(Conversion, OrdersTheItemsByServiceTypeAndEndsWithTheFrame) {
+TEST_F(Conversion, PassesOverBlocksThatAreNotWholeAndOrdersTheRest) {
+    const std::vector<int> kFusion{100, 101, 102, 103}, kAndGaze{100, 101, 102, 103, 300},
+            kAndAngle{100, 101, 102, 103, 200, 300}, kAll{100, 101, 102, 103, 200, 300, 400};
+    const struct {
+        uint32_t outputSize;
+        std::vector<int> keys;
+        std::string refusals;  // the priorities of their lines
+    } cases[] = {
+            {0, {}, "EEWW"},           {202'088, {}, "EEWW"},     {202'089, kFusion, "EWW"},
+            {209'176, kFusion, "EWW"}, {209'177, kAndGaze, "EW"}, {214'840, kAndGaze, "EW"},
+            {214'841, kAndAngle, "W"}, {227'968, kAndAngle, "W"}, {227'969, kAll, ""},
+            {0xFFFFFFFF, kAll, ""},
+    };
     mEvent.PutImage(RawEvent::kImage, 2, 2);
-    const AONCallBackInfo info = Convert(15);
-    EXPECT_EQ(info.serviceType, 15);
-    EXPECT_EQ(Keys(info),
-              (std::vector<int>{100, 101, 102, 103, 200, 300, 400, 700, 701, 702, 703, 0, 1, 2}));
-    EXPECT_EQ(info.results[11].value.get<AONResultValue::Tag::intValue>(), 77);
-    EXPECT_EQ(info.results[12].value.get<AONResultValue::Tag::intValue>(), 640);
-    EXPECT_EQ(info.results[13].value.get<AONResultValue::Tag::intValue>(), 480);
+    LogRecorder log;
+    for (const auto& c : cases) {
+        mEvent.Put(34'852, c.outputSize);
+        std::vector<int> keys = c.keys;
+        keys.insert(keys.end(), {700, 701, 702, 703, 0, 1, 2});
+        EXPECT_EQ(Keys(Convert(15)), keys) << c.outputSize;
+        std::vector<std::string> lines;
+        for (const char priority : c.refusals) {
+            lines.push_back(std::string(1, priority) +
+                            ": AONManagerCallback: output size is small than aod offset and size");
+        }
+        EXPECT_EQ(log.TakeTexts(), lines) << c.outputSize;
+    }
 }
 
 TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
@@ -74,6 +91,7 @@ TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
     const AONCallBackInfo none = Convert(0);
     EXPECT_EQ(none.serviceType, 0);
     EXPECT_EQ(Keys(none), (std::vector<int>{700, 701, 702, 703, 0, 1, 2}));
+    EXPECT_EQ(none.results[4].value.toString(), "AONResultValue{intValue: 77}");
     EXPECT_EQ(log.TakeTexts(),
               std::vector<std::string>{"W: AONManagerCallback: onCallback serviceType == 0"});
 
@@ -81,15 +99,9 @@ TEST_F(Conversion, DeliversAnEventWithoutKnownServiceTypes) {
     EXPECT_TRUE(log.TakeTexts().empty());
 }
 
-TEST_F(Conversion, PassesOverABlockThatIsTooShortAndDeliversTheRest) {
-    mEvent.Put(34'852, uint32_t{209'177});  // ends behind gaze, before face angle
+TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOneAndNamesEveryFileThatItCannotOpen) {
     LogRecorder log;
-    EXPECT_EQ(Keys(Convert(15)), (std::vector<int>{100, 101, 102, 103, 300, 0, 1, 2}));
-    EXPECT_EQ(log.TakeTexts().size(), 2U);
-}
-
-TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
-    LogRecorder log;
+    mEvent.Put(8, uint32_t{0xFFFFFFFF});
     for (const char* value : {"0", "2", "-1"}) {
         property_set("zarvo.aon.hal.mtk_dump_apu", value);
         Convert(1);
@@ -97,7 +109,11 @@ TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOne) {
     }
     property_set("zarvo.aon.hal.mtk_dump_apu", "1");
     Convert(1);
-    EXPECT_EQ(log.TakeTexts().size(), 9U);
+    const auto lines = log.TakeTexts();
+    ASSERT_EQ(lines.size(), 9U);
+    EXPECT_EQ(lines[0],
+              "E: AONManagerCallback: open output file /data/aon/frame_-1_aon_input.dump fail, "
+              "file No such file or directory.\n");
 }
 
 TEST_F(Conversion, TellsItsStepsWhenVerbose) {

@@ -140,17 +140,5 @@ TEST(CameraArbitrationAtTheEnd, IsWaitedForByTheManagersDestructionInThreadsOfIt
     EXPECT_EQ(receiver->Take(), Lines{"busy 0"});
 }
 
-TEST(CameraArbitrationWithoutStream, IgnoresCameras) {
-    ScriptedStream::Instance().SetNoStream(true);
-    const auto manager = std::make_shared<AONManager>();
-    test::LogRecorder log;
-    manager->NotifyOpen(6);
-    manager->NotifyClose(6);
-    EXPECT_EQ(log.TakeTexts(),
-              (Lines{"I: AONManager: NotifyOpen:6", "I: AONManager: mAovStream is null, return",
-                     "I: AONManager: AONManager::NotifyClose:6",
-                     "I: AONManager: mAovStream is null, return"}));
-}
-
 }  // namespace
 }  // namespace zarvo::aon

@@ -49,6 +49,7 @@ TEST_F(Capabilities, AreAskedOnceAndKept) {
     EXPECT_EQ(again.size(), 2U);
     EXPECT_TRUE(mStream.TakeCalls().empty());
     EXPECT_TRUE(mLog.TakeTexts().empty());
+    EXPECT_TRUE(mManager->CheckServiceTypeSupport(-1));
 }
 
 TEST_F(Capabilities, AreAskedAgainWhileThereAreNone) {
@@ -59,17 +60,6 @@ TEST_F(Capabilities, AreAskedAgainWhileThereAreNone) {
     mStream.SetSensors({{1, {}}});
     mManager->GetAonSensorInfoList(sensors);
     EXPECT_EQ(sensors.size(), 1U);
-}
-
-TEST(CapabilitiesWithoutStream, LeaveTheListAsItIs) {
-    ScriptedStream::Instance().SetNoStream(true);
-    const auto manager = std::make_shared<AONManager>();
-    test::LogRecorder log;
-    std::vector<AonSensorInfo> sensors(3);
-    manager->GetAonSensorInfoList(sensors);
-    EXPECT_EQ(sensors.size(), 3U);
-    EXPECT_EQ(log.TakeTexts(),
-              (Lines{"I: AONManager: Init Aon Sensor Info", "E: AONManager: aov stream is null"}));
 }
 
 }  // namespace

@@ -114,16 +114,26 @@ TEST_F(StreamControl, IsStoppedAgainAfterARefusedStart) {
     EXPECT_EQ(mManager.use_count(), 1);
 }
 
-TEST(StreamControlWithoutStream, RefusesToStart) {
+TEST(ManagerWithoutStream, RefusesToStartAndLeavesEverythingElseAsItIs) {
     ScriptedStream::Instance().SetNoStream(true);
     const auto manager = std::make_shared<AONManager>();
     test::LogRecorder log;
+    std::vector<AonSensorInfo> sensors(3);
+    manager->GetAonSensorInfoList(sensors);
+    EXPECT_EQ(sensors.size(), 3U);
+    manager->NotifyOpen(6);
+    manager->NotifyClose(6);
+    EXPECT_EQ(log.TakeTexts(),
+              (Lines{"I: AONManager: Init Aon Sensor Info", "E: AONManager: aov stream is null",
+                     "I: AONManager: NotifyOpen:6", "I: AONManager: mAovStream is null, return",
+                     "I: AONManager: AONManager::NotifyClose:6",
+                     "I: AONManager: mAovStream is null, return"}));
     EXPECT_EQ(manager->StartService(1), -22);
+    EXPECT_EQ(manager->GetServiceTypeStarted(), 0);
     const Lines lines = log.TakeTexts();
     ASSERT_EQ(lines.size(), 5U);  // delivery mode 0 is md mode
     EXPECT_EQ(lines[3], "E: AONManager: Cannot get AovStream");
     EXPECT_EQ(lines[4], "E: AONManager: Failed to initialize AovStream.");
-    EXPECT_EQ(manager->GetServiceTypeStarted(), 0);
 }
 
 TEST_F(StreamControl, StartsOnSensorZeroWhenNothingIsSubscribed) {
@@ -153,12 +163,6 @@ TEST_F(StreamControl, MayBeCalledFromInsideItsReports) {
     mManager->onCallback(nullptr);
     mManager->StopService();
     EXPECT_EQ(mReceiver->Take(), (Lines{"event -1", "stop 2"}));
-}
-
-TEST_F(StreamControl, FormatsSensorIdsForItsLog) {
-    EXPECT_EQ(toString({}), "sensorIds:");
-    EXPECT_EQ(toString({0, 2}), "sensorIds:0,2,");
-    EXPECT_TRUE(mManager->CheckServiceTypeSupport(-1));
 }
 
 }  // namespace

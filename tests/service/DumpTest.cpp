@@ -114,10 +114,8 @@ TEST_F(Dump, RefusesWhatItDoesNotKnowWithItsHelp) {
 }
 
 TEST_F(Dump, SpeaksJson) {
-    const std::string text = Look({"--json"});
-    EXPECT_TRUE(text.starts_with(R"({"service":{"version":")")) << text;
-    EXPECT_TRUE(text.ends_with("]}\n")) << text;
-    ExpectParts(text, {R"("registeredClients":[)", R"("wishes":[)", R"("stream":{)"});
+    ExpectParts(Look({"--json"}), {R"({"service":{"version":")", R"("registeredClients":[)",
+                                   R"("wishes":[)", R"("stream":{)", "]}\n"});
     const auto writer = aon::MakeJsonWriter();
     writer->Begin("one thing");
     writer->Text("quoted text", "a \"b\" \\");

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <future>
@@ -19,22 +18,21 @@ constexpr std::chrono::seconds kSoon{10};
 constexpr std::chrono::seconds kSoon{1};
 #endif
 
-/** Something hangs, somewhere inside, until it is released. */
+/** Something hangs, somewhere inside, and others look. */
 class DumpWhileBusy : public DumpFixture {
   protected:
-    /** Where the first one who comes hangs. */
-    void Hang() {
-        if (mHung.exchange(true)) return;
-        mInside.set_value();
-        mRelease.get_future().wait();
-    }
-    /** Runs what comes to Hang(), and gives what is seen meanwhile. */
-    std::string LookDuring(const Hook& busy) {
-        auto working = std::async(std::launch::async, busy);
-        mInside.get_future().wait();
+    /** Runs what comes to the hook that it is given, once, and gives what is seen while it is held
+     * up there. */
+    std::string LookDuring(const std::function<void(const Hook& hang)>& busy) {
+        std::promise<void> inside, release;
+        auto working = std::async(std::launch::async, busy, [&] {
+            inside.set_value();
+            release.get_future().wait();
+        });
+        inside.get_future().wait();
         auto looking = std::async(std::launch::async, [&] { return LookSoon(); });
         EXPECT_EQ(looking.wait_for(kPatience), std::future_status::ready);
-        mRelease.set_value();
+        release.set_value();
         working.get();
         EXPECT_EQ(Look().find("operation under way"), std::string::npos);
         return looking.get();
@@ -53,59 +51,55 @@ class DumpWhileBusy : public DumpFixture {
         EXPECT_LE(quickest, kSoon);
         return seen;
     }
-
-    std::atomic<bool> mHung{false};
-    std::promise<void> mInside, mRelease;
 };
 
 TEST_F(DumpWhileBusy, AnswersWhileTheStreamHangs) {
     RemoteClient client(service);
     Run(client, 3, 3);
-    stream.SetHooks({}, [&] { Hang(); });
-    ExpectParts(LookDuring([&] { client.Stop(3); }),
+    const std::string seen = LookDuring([&](const Hook& hang) {
+        stream.SetHooks({}, hang);
+        client.Stop(3);
+        stream.SetHooks({}, {});
+    });
+    ExpectParts(seen,
                 {"operation under way:\n  name: stopService\n  pid: ", "inside clients: none\n"});
-    stream.SetHooks({}, {});
 }
 
-/** A client that answers one of the questions at registration late. */
+/** A client that answers the questions at registration when it likes. */
 class LateCallback : public aidl::vendor::zarvo::hardware::camera::aon::IAONServiceCallBackDefault {
   public:
-    LateCallback(Hook inVersion, Hook inHash)
-        : mInVersion(std::move(inVersion)), mInHash(std::move(inHash)) {}
+    Hook inVersion = [] {}, inHash = [] {};
 
     ndk::SpAIBinder asBinder() override { return mReal->asBinder(); }
     ndk::ScopedAStatus getInterfaceVersion(int32_t* answer) override {
-        if (mInVersion) mInVersion();
+        inVersion();
         return mReal->getInterfaceVersion(answer);
     }
     ndk::ScopedAStatus getInterfaceHash(std::string* answer) override {
-        if (mInHash) mInHash();
+        inHash();
         return mReal->getInterfaceHash(answer);
     }
 
   private:
     const std::shared_ptr<RecordingCallback> mReal = ndk::SharedRefBase::make<RecordingCallback>();
-    const Hook mInVersion, mInHash;
 };
 
-class DumpWhileAsking : public DumpWhileBusy {
-  protected:
-    void ExpectSeen(const std::shared_ptr<LateCallback>& callback, const std::string& question) {
+TEST_F(DumpWhileBusy, AnswersWhileAClientIsAskedForItsVersionOrHash) {
+    const std::pair<Hook LateCallback::*, std::string> questions[] = {
+            {&LateCallback::inVersion, "getInterfaceVersion"},
+            {&LateCallback::inHash, "getInterfaceHash"}};
+    for (const auto& [hook, question] : questions) {
+        const auto callback = ndk::SharedRefBase::make<LateCallback>();
         int64_t handle = 0;
-        ExpectParts(LookDuring([&] { service->registerClient(callback, 3, &handle); }),
+        const std::string seen = LookDuring([&](const Hook& hang) {
+            (*callback).*hook = hang;
+            service->registerClient(callback, 3, &handle);
+        });
+        ExpectParts(seen,
                     {"operation under way:\n  name: registerClient\n",
                      "-  client 0  callback " + question + "  for ", "registered clients: none\n"});
-        EXPECT_EQ(handle, 1);
+        EXPECT_TRUE(service->unregisterClient(handle).isOk());
     }
-};
-
-TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsVersion) {
-    ExpectSeen(ndk::SharedRefBase::make<LateCallback>([&] { Hang(); }, Hook()),
-               "getInterfaceVersion");
-}
-
-TEST_F(DumpWhileAsking, AnswersWhileAClientIsAskedForItsHash) {
-    ExpectSeen(ndk::SharedRefBase::make<LateCallback>(Hook(), [&] { Hang(); }), "getInterfaceHash");
 }
 
 }  // namespace

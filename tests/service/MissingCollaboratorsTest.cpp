@@ -9,9 +9,8 @@ using aidl::vendor::zarvo::hardware::camera::aon::AONSensorInfo;
 class PartialService : public aon::AONService {
   public:
     PartialService(std::shared_ptr<aon::RemoteCallbackManager> registry,
-                   std::shared_ptr<aon::AONManager> manager,
-                   std::shared_ptr<aon::AONManagerCallback> translator = nullptr)
-        : AONService(std::move(registry), std::move(manager), std::move(translator)) {}
+                   std::shared_ptr<aon::AONManager> manager)
+        : AONService(std::move(registry), std::move(manager), nullptr) {}
 };
 
 class MissingCollaborators : public testing::Test {
@@ -34,22 +33,10 @@ class MissingCollaborators : public testing::Test {
     LogRecorder mLog;
 };
 
-TEST_F(MissingCollaborators, AreNamedAtConstruction) {
-    ndk::SharedRefBase::make<PartialService>(nullptr, mManager);
-    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONService: Create AON Service",
-                                       "E: AONService: Can not get RemoteCallBackManager",
-                                       "I: AONService: AON service destroy",
-                                       "I: AONManager: unregister callback success"}));
-    ndk::SharedRefBase::make<PartialService>(mRegistry, nullptr);
-    EXPECT_EQ(mLog.TakeTexts(),
-              (Lines{"I: AONService: Create AON Service", "E: AONService: Can not get AONManager",
-                     "I: AONService: AON service destroy",
-                     "I: RemoteCallbackManager: RemoteCallbackManager clear"}));
-}
-
 TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutAManager) {
-    const auto service = ndk::SharedRefBase::make<PartialService>(mRegistry, nullptr);
-    mLog.Take();
+    auto service = ndk::SharedRefBase::make<PartialService>(mRegistry, nullptr);
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONService: Create AON Service",
+                                       "E: AONService: Can not get AONManager"}));
     int64_t handle = 0;
     const std::string noManager = "aon manager is null";
     const std::string notRegistered = "service type need subset of register";
@@ -66,11 +53,15 @@ TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutAManager) {
     Expect(service->stopService(handle, 1), Error(1, ""), {noManager});
     Expect(service->unsubscribeSensor(handle), Error(1, noManager), {noManager});
     Expect(service->unregisterClient(handle), kOk, {});
+    service.reset();
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONService: AON service destroy",
+                                       "I: RemoteCallbackManager: RemoteCallbackManager clear"}));
 }
 
 TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutARegistry) {
-    const auto service = ndk::SharedRefBase::make<PartialService>(nullptr, mManager);
-    mLog.Take();
+    auto service = ndk::SharedRefBase::make<PartialService>(nullptr, mManager);
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONService: Create AON Service",
+                                       "E: AONService: Can not get RemoteCallBackManager"}));
     int64_t handle = 0;
     const std::string noRegistry = "RemoteCallBackManager is null";
     Expect(service->registerClient(mCallback, 1, &handle), Error(1, noRegistry), {noRegistry});
@@ -83,6 +74,9 @@ TEST_F(MissingCollaborators, LetEveryOperationAnswerWithoutARegistry) {
     EXPECT_EQ(service->unsubscribeSensor(5).getDescription(), kOk);
     mLog.Take();
     Expect(service->unregisterClient(5), kOk, {"m" + noRegistry});
+    service.reset();
+    EXPECT_EQ(mLog.TakeTexts(), (Lines{"I: AONService: AON service destroy",
+                                       "I: AONManager: unregister callback success"}));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <mutex>
+#include <future>
 
 #include "host/stream/CameraDevices.h"
 #include "tests/stream/StreamListener.h"
@@ -12,7 +12,11 @@ using Notices = std::vector<std::string>;
 using CameraNoticeTest = StreamTest;
 
 TEST_F(CameraNoticeTest, ComeInOrderOnAThreadOfTheirOwnAlsoWhileAnEventIsHeldUp) {
-    StartAndHoldUpAnEvent();
+    std::promise<void> release;
+    mListener->inEvent = [held = release.get_future().share()](auto*) { held.wait(); };
+    ASSERT_TRUE(Start(mListener));
+    ASSERT_TRUE(mControl.RequestFrame());
+    ASSERT_TRUE(mListener->WaitForEvents(1));
     mControl.OpenCamera(5);
     mControl.OpenCamera(1);
     mControl.CloseCamera(5);
@@ -25,6 +29,7 @@ TEST_F(CameraNoticeTest, ComeInOrderOnAThreadOfTheirOwnAlsoWhileAnEventIsHeldUp)
     EXPECT_EQ(threads, std::vector<std::thread::id>(4, threads.front()));
     EXPECT_NE(threads.front(), mListener->EventThreads().front());
     EXPECT_NE(threads.front(), std::this_thread::get_id());
+    release.set_value();
 }
 
 TEST_F(CameraNoticeTest, TellANewCallbackOnceWhatIsOpen) {
@@ -49,22 +54,6 @@ TEST_F(CameraNoticeTest, AreDroppedOnceNobodyHoldsTheCallbackWhichTheStreamDoesU
     EXPECT_TRUE(watch.expired());
     mControl.OpenCamera(1);
     mControl.WaitForCameraNotices();
-}
-
-TEST_F(CameraNoticeTest, MayStopTheStreamUnderALockThatStartsHoldToo) {
-    std::mutex managersLock;
-    mListener->inNotice = [&] {
-        const std::lock_guard lock(managersLock);
-        EXPECT_TRUE(mStream.notifyCameraStatus({0}, true));
-        EXPECT_TRUE(mStream.stop());
-    };
-    mControl.OpenCamera(0);
-    {
-        const std::lock_guard lock(managersLock);
-        ASSERT_TRUE(Start(mListener));
-    }
-    mControl.WaitForCameraNotices();
-    EXPECT_FALSE(mControl.Running());
 }
 
 TEST_F(CameraNoticeTest, ComeOneAfterAnotherAlsoWhenOneOrdersAnotherDuringShutdown) {
@@ -107,7 +96,8 @@ TEST_F(CameraNoticeTest, ComeInAStormThatEndsClosedAndThatShutdownCutsShort) {
     EXPECT_EQ(newcomer->Notices(), Notices{});
 }
 
-TEST(ModuleHelper, GivesTheSensorsBehindEachDeviceAndFailsWhenToldTo) {
+TEST(ModuleHelper, GivesTheSensorsBehindEachDevice) {
+    EXPECT_EQ(getMtkcamModuleFactory(0x30000), nullptr);
     const MtkcamModuleFactory factory = getMtkcamModuleFactory(0x30001);
     ASSERT_NE(factory, nullptr);
     auto* const list = static_cast<HalLogicalDeviceList*>(factory());
@@ -116,12 +106,6 @@ TEST(ModuleHelper, GivesTheSensorsBehindEachDeviceAndFailsWhenToldTo) {
     EXPECT_TRUE(list->getSensorIdsOfDevice(6).empty());
     CameraDevices::Instance().SetDevices({{6, {1, 0}}});
     EXPECT_EQ(list->getSensorIdsOfDevice(6), (std::vector<int>{1, 0}));
-    EXPECT_EQ(getMtkcamModuleFactory(0x30000), nullptr);
-    CameraDevices::Instance().moduleFault.FailCalls(1);
-    EXPECT_EQ(factory(), nullptr);
-    CameraDevices::Instance().factoryFault.FailCalls(1);
-    EXPECT_EQ(getMtkcamModuleFactory(0x30001), nullptr);
-    EXPECT_NE(getMtkcamModuleFactory(0x30001), nullptr);
 }
 
 }  // namespace

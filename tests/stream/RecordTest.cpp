@@ -6,7 +6,6 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -42,22 +41,14 @@ struct Record : std::vector<uint8_t> {
     }
 };
 
-TEST(SimulatedRecord, IsTheSameHoweverOftenWhereAndInWhichOrderItIsRendered) {
-    const std::vector<uint32_t> frames{0, 1, 40, 150, 4'000'000'000U};
-    std::vector<Record> forwards, backwards;
-    std::thread other([&] {
-        for (const uint32_t frame : frames)
-            forwards.emplace_back(kConfig, frame);
-    });
-    for (const uint32_t frame : std::vector(frames.rbegin(), frames.rend()))
-        backwards.emplace_back(kConfig, frame);
-    other.join();
-    std::ranges::reverse(backwards);
-    EXPECT_TRUE(forwards == backwards);
-    EXPECT_FALSE(forwards[0] == forwards[1]);
+TEST(SimulatedRecord, DependsOnSeedAndFrameAlone) {
+    const Record first(kConfig, 0), later(kConfig, 4'000'000'000U);
+    EXPECT_TRUE(Record(kConfig, 0) == first);
+    EXPECT_TRUE(Record(kConfig, 4'000'000'000U) == later);
+    EXPECT_FALSE(first == later);
     RenderConfig otherSeed = kConfig;
     otherSeed.seed = 8;
-    EXPECT_FALSE(Record(otherSeed) == Record(kConfig));
+    EXPECT_FALSE(Record(otherSeed, 0) == first);
 }
 
 TEST(SimulatedRecord, CarriesFrameAndImageHeaders) {
@@ -104,7 +95,6 @@ TEST(SimulatedRecord, FillsTheRegionsOfTheStartedServicesAndNoOther) {
 constexpr size_t kItem = kOutput + 199'680 + 8;
 constexpr size_t kAngle = kOutput + 214'784;
 constexpr size_t kGaze = kOutput + 209'152;
-constexpr size_t kFeature = kOutput + 227'840;
 
 RenderConfig With(Cast cast) {
     RenderConfig config = kConfig;
@@ -115,52 +105,42 @@ RenderConfig With(Cast cast) {
 /** How far two feature vectors are apart, in the mean of their numbers. */
 double Apart(const Record& one, const Record& other) {
     double sum = 0;
-    for (size_t i = kFeature; i < kFeature + 128; ++i)
+    for (size_t i = kOutput + 227'840; i < kOutput + 227'968; ++i)
         sum += std::abs(one[i] - other[i]);
     return sum / 128;
 }
 
-TEST(SimulatedRecord, TellsOfEveryFaceInItsFusionItemAndInTheGridsWhereItsBoxIs) {
+TEST(SimulatedRecord, TellsOfTheSameFacesInEveryBlock) {
     const Record record(With(Cast::kTwo));
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 2u);
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'424), 2u);
-    EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
-    float before = 0;
     for (const size_t item : {kItem, kItem + 80}) {
-        EXPECT_EQ(record.At<int32_t>(item), item == kItem ? 1 : 2);
-        const float left = record.Number(item + 4), top = record.Number(item + 8);
-        const float right = left + record.Number(item + 12);
-        const float bottom = top + record.Number(item + 16);
-        EXPECT_TRUE(before < left && left < right && right < 640);
+        const float left = record.Number(item + 4), right = left + record.Number(item + 12);
+        const float top = record.Number(item + 8), bottom = top + record.Number(item + 16);
+        EXPECT_TRUE(0 < left && left < right && right < 640);
         EXPECT_TRUE(0 < top && top < bottom && bottom < 480);
-        EXPECT_TRUE(0.5F < record.Number(item + 20) && record.Number(item + 20) < 1);
         for (size_t i = 0; i < 5; ++i) {
             const float x = record.Number(item + 24 + 8 * i), y = record.Number(item + 28 + 8 * i);
             EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
         }
-        before = right;
         const auto cell = static_cast<size_t>((top + bottom) / 2 / 480 * 72) * 72 +
                           static_cast<size_t>((left + right) / 2 / 640 * 72);
         EXPECT_NEAR(record[kOutput + 82'944 + cell], 255 * record.Number(item + 20), 12);
         EXPECT_EQ(record[kOutput + 90'368 + 16 * cell + 15], record.At<int32_t>(item));
     }
-    EXPECT_EQ(record[kOutput + 82'944], 0) << "nobody is in the corner";
     EXPECT_TRUE(record.IsZero(kItem + 160, 28 * 80));
-}
-
-TEST(SimulatedRecord, SpeaksOfTheFirstFaceInEveryBlock) {
-    const Record record(With(Cast::kTwo));
-    for (size_t i = 0; i < 10; ++i)
-        EXPECT_EQ(record.Number(kAngle + 16 + 4 * i), record.Number(kItem + 24 + 4 * i)) << i;
-    for (size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(record.Number(kAngle + 4 * i), record.Number(kItem + 64 + 4 * i)) << i;
-    EXPECT_EQ(record.Number(kAngle + 12), record.Number(kItem + 20));
-    EXPECT_EQ(record.Number(kGaze + 20), record.Number(kItem + 76));
-    const float length =
-            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8));
-    EXPECT_NEAR(length, 1, 1e-5);
-    EXPECT_EQ(record.At<uint8_t>(kOutput + 213'504),
-              static_cast<uint8_t>(std::floor(128.5F + record.Number(kAngle))));
+    // The other blocks speak of the first one: landmarks, head, confidence, eyes.
+    const struct {
+        size_t block, item, count;
+    } kSame[] = {{kAngle + 16, kItem + 24, 10},
+                 {kAngle, kItem + 64, 3},
+                 {kAngle + 12, kItem + 20, 1},
+                 {kGaze + 20, kItem + 76, 1}};
+    for (const auto& same : kSame)
+        EXPECT_EQ(std::memcmp(&record[same.block], &record[same.item], 4 * same.count), 0);
+    EXPECT_NEAR(
+            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8)), 1,
+            1e-5);
 }
 
 TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
@@ -169,53 +149,20 @@ TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
     EXPECT_TRUE(record.IsZero(kOutput + 82'944, 199'684 - 82'944));
     EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
     EXPECT_TRUE(record.IsZero(kItem, 262'172 - 199'688));
-    const auto isMarked = [](const Record& of) {
-        return !std::equal(&of[297'028], &of[1'034'356], &of[1'034'356]);
-    };
-    EXPECT_FALSE(isMarked(record));
-    EXPECT_TRUE(isMarked(Record(With(Cast::kOne))));
-}
-
-TEST(SimulatedRecord, ShowsThePupilWhereTheGazeGoes) {
-    // Of a picture of the left eye, how far right the dark pixels are.
-    const auto pupil = [](const Record& record) {
-        double places = 0, sum = 0;
-        for (size_t i = 0; i < 56 * 56; ++i) {
-            const double dark = std::max(0, 60 - record[kOutput + 202'240 + i]);
-            places += dark * static_cast<double>(i % 56);
-            sum += dark;
-        }
-        return places / sum;
-    };
-    std::vector<std::pair<double, double>> seen;
-    for (uint32_t frame = 0; frame < 900; frame += 25) {
-        const Record record(With(Cast::kOne), frame);
-        if (record.Number(kGaze + 20) > 0.9F)
-            seen.emplace_back(std::sin(record.Number(kGaze + 12) * M_PI / 180) -
-                                      std::sin(record.Number(kAngle) * M_PI / 180),
-                              pupil(record));
-    }
-    ASSERT_GT(seen.size(), 25u);
-    const auto [least, most] = std::ranges::minmax(seen);
-    EXPECT_LT(least.first, -0.2);
-    EXPECT_GT(most.first, 0.2);
-    EXPECT_GT(most.second - least.second, 5) << "pixels to the right";
 }
 
 TEST(SimulatedRecord, KeepsTheFeatureOfAPersonNearItselfAndApartFromOthers) {
     std::map<size_t, Record> firsts;
-    int returned = 0;
     for (uint32_t frame = 5; frame < 1000; frame += 40) {
         const Scene scene = SceneAt(Cast::kStory, kConfig.seed, frame / 5.0, 4.0F / 3);
         if (scene.faceCount == 0) continue;
         const Record record(kConfig, frame);
         const size_t person = scene.faces[0].person;
-        returned += firsts.try_emplace(person, record).second ? 0 : 1;
+        firsts.try_emplace(person, record);
         for (const auto& [other, first] : firsts)
             EXPECT_TRUE(other == person ? Apart(first, record) < 5 : Apart(first, record) > 40);
     }
     EXPECT_GE(firsts.size(), 2u);
-    EXPECT_GE(returned, 5);
 }
 
 TEST(SimulatedRecord, HoldsEverySizeThatFitsAndWritesNothingBeyondIt) {

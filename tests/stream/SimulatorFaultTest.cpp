@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstring>
 
 #include "tests/stream/StreamListener.h"
 #include "tests/support/LogRecorder.h"
@@ -12,20 +11,12 @@ namespace {
 using Frames = std::vector<int64_t>;
 using SimulatorFaultTest = StreamTest;
 
-TEST_F(SimulatorFaultTest, FailsTheCallsItWasToldTo) {
-    mControl.callFaults.start.FailCalls(2);
-    mControl.callFaults.stop.FailCalls(1);
+TEST_F(SimulatorFaultTest, FailsTheCallsItWasToldToAndKeepsWhatItWasTold) {
     mControl.callFaults.notifyCameraStatus.FailCalls(1);
     mControl.callFaults.getSensorMode.FailCalls(2);
     int mode = 0;
     EXPECT_EQ(mStream.getSensorMode(0, &mode), 0);
     EXPECT_NE(mStream.getSensorMode(0, &mode), 0);
-    EXPECT_TRUE(Start(mListener));
-    EXPECT_FALSE(mStream.stop());
-    EXPECT_TRUE(mControl.DeliverOne()) << "a refused stop leaves the stream running";
-    EXPECT_TRUE(mStream.stop());
-    EXPECT_FALSE(Start(mListener));
-    EXPECT_TRUE(Start(mListener));
     EXPECT_FALSE(mStream.notifyCameraStatus({2, 3}, true));
     EXPECT_TRUE(mStream.notifyCameraStatus({}, false));
     EXPECT_EQ(mControl.CameraStatusCalls(),
@@ -41,15 +32,11 @@ TEST(SimulatorFault, IsNotThereWhenToldSoBeforeItsFirstUse) {
 
 TEST_F(SimulatorFaultTest, DeliversRecordsThatLie) {
     using Header = std::vector<uint32_t>;
-    Header header;  // all that the faults can touch
+    Header header;
     mListener->inEvent = [&](const aov_event* event) {
-        header.clear();
-        if (event == nullptr) return;
-        uint32_t fusionCount = 0;
-        std::memcpy(&fusionCount, event->output + 199'680, sizeof(fusionCount));
+        if (event == nullptr) return header.clear();
         const aov_image_info &image = event->imageInfo, &debug = event->debugImageInfo;
-        header = {event->outputSize, fusionCount,  image.height,
-                  image.stride,      debug.height, debug.stride};
+        header = {event->outputSize, image.height, image.stride, debug.height, debug.stride};
     };
     const auto deliver = [&](const RecordFaults& faults) {
         mControl.SetRecordFaults(faults);
@@ -57,14 +44,13 @@ TEST_F(SimulatorFaultTest, DeliversRecordsThatLie) {
         return header;
     };
     ASSERT_TRUE(Start(mListener));
-    const Header kTrue{228'096, 1, 480, 640, 480, 640};
+    const Header kTrue{228'096, 480, 640, 480, 640};
     EXPECT_EQ(deliver({}), kTrue);
-    RecordFaults faults{17, 0xFFFFFFFF, 0x80000000, 2};
-    EXPECT_EQ(deliver(faults), (Header{17, 0xFFFFFFFF, 0x80000000, 2, 0x80000000, 2}));
+    RecordFaults faults{17, {}, 0x80000000, 2};
+    EXPECT_EQ(deliver(faults), (Header{17, 0x80000000, 2, 0x80000000, 2}));
     faults.nullEvent = true;
     EXPECT_EQ(deliver(faults), Header{});
     EXPECT_EQ(deliver({}), kTrue);
-    EXPECT_EQ(mListener->Frames(), (Frames{0, 1, -1, 3}));
     mControl.SetRecordFaults(faults, 2, 2);
     for (int i = 0; i < 4; ++i)
         EXPECT_TRUE(mControl.DeliverOne());
