@@ -11,8 +11,7 @@ using Threads = Sensor;
 TEST_F(Callbacks, AreRefusedEveryOperation) {
     std::vector<std::string> answers;
     Client client(service);
-    ASSERT_EQ(client.Register(kAllTypes), kOk);
-    ASSERT_EQ(client.Subscribe(config), kOk);
+    ASSERT_NO_FATAL_FAILURE(Prepare(client));
     client.receiver->SetInState([&] {
         int64_t handle = 0;
         std::vector<aon::AONSensorInfo> list;
@@ -35,8 +34,7 @@ TEST_F(Callbacks, AreRefusedEveryOperation) {
 TEST_F(Threads, WaitForTheOperationOfAnother) {
     std::promise<void> inside, release;
     Client client(service);
-    ASSERT_EQ(client.Register(kAllTypes), kOk);
-    ASSERT_EQ(client.Subscribe(config), kOk);
+    ASSERT_NO_FATAL_FAILURE(Prepare(client));
     client.receiver->SetInState([&] {
         client.receiver->SetInState(nullptr);
         inside.set_value();
@@ -54,8 +52,7 @@ TEST_F(Threads, WaitForTheOperationOfAnother) {
 
 TEST_F(Threads, OfOneClientMayCallAtOnce) {
     Client client(service);
-    ASSERT_EQ(client.Register(kAllTypes), kOk);
-    ASSERT_EQ(client.Subscribe(config), kOk);
+    ASSERT_NO_FATAL_FAILURE(Prepare(client));
     const auto startAndStop = [&](int32_t types) {
         for (int i = 0; i < 20; ++i) {
             const std::string started = client.Start(types);

@@ -42,10 +42,14 @@ class Sensor : public Service {
     }
     /** The state of the configured sensor. */
     State Told(int32_t state) const { return {config.sensorId, state}; }
-    /** Brings a client to running and forgets the states that it was told. */
-    void Run(Client& client, int32_t subscribed, int32_t started) const {
+    /** Brings a client to where it can start these types. */
+    void Prepare(Client& client, int32_t subscribed = kAllTypes) const {
         ASSERT_EQ(client.Register(kAllTypes), kOk);
         ASSERT_EQ(client.Subscribe(For(subscribed)), kOk);
+    }
+    /** Brings a client to running and forgets the states that it was told. */
+    void Run(Client& client, int32_t subscribed, int32_t started) const {
+        ASSERT_NO_FATAL_FAILURE(Prepare(client, subscribed));
         ASSERT_EQ(client.Start(started), kOk)
                 << "while these tests run nobody else may open a camera";
         EXPECT_EQ(client.receiver->TakeStates(), States{Told(kStarted)});

@@ -114,8 +114,7 @@ TEST_F(Refusals, OfASecondSensorUntilTheFirstIsGivenBack) {
     std::erase_if(others, [&](const auto& one) { return one.sensorId == config.sensorId; });
     if (!FirstConfig(others, kFusion, &second)) GTEST_SKIP() << "no second sensor is offered";
     Client client(service);
-    ASSERT_EQ(client.Register(kAllTypes), kOk);
-    ASSERT_EQ(client.Subscribe(config), kOk);
+    ASSERT_NO_FATAL_FAILURE(Prepare(client));
     EXPECT_EQ(client.Subscribe(second), kOtherSensor) << second.toString();
     ASSERT_EQ(client.Start(kFusion), kOk);
     EXPECT_EQ(client.Subscribe(second), kMoreThanRuns) << second.toString();

@@ -8,8 +8,7 @@ using Replacement = Sensor;
 
 TEST_F(StateNotices, ComeBeforeTheAnswerOfWhatBringsThemAbout) {
     Client client(service);
-    ASSERT_EQ(client.Register(kAllTypes), kOk);
-    ASSERT_EQ(client.Subscribe(config), kOk);
+    ASSERT_NO_FATAL_FAILURE(Prepare(client));
     EXPECT_EQ(client.receiver->TakeStates(), States());
     struct Step {
         std::string (*act)(const Client&);

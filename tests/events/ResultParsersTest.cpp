@@ -94,17 +94,14 @@ TEST(ResultParsers, TakeThePictureFromTheBlockThatThePropertySelects) {
     event.Put(RawEvent::kImage + 12, uint8_t{1});
     event.PutImage(RawEvent::kDebugImage, 2, 4);
     event.Put(RawEvent::kDebugImage + 12 + 11, uint8_t{2});
-    for (const char* value : {"0", "1", "3"}) {
-        property_set("vendor.debug.camera.utils.AovDebugBuffer", value);
+    const std::vector<uint8_t> image{1, 0, 0, 0, 0, 0},
+            debugImage{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2};
+    for (const std::string value : {"0", "1", "2", "3"}) {
+        property_set("vendor.debug.camera.utils.AovDebugBuffer", value.c_str());
         Results results;
         ParseImageData(results, event.get());
-        EXPECT_EQ(Bytes(results.back()), (std::vector<uint8_t>{1, 0, 0, 0, 0, 0}));
+        EXPECT_EQ(Bytes(results.back()), value == "2" ? debugImage : image) << value;
     }
-    property_set("vendor.debug.camera.utils.AovDebugBuffer", "2");
-    Results results;
-    ParseImageData(results, event.get());
-    EXPECT_EQ(Bytes(results.back()).size(), 12U);
-    EXPECT_EQ(Bytes(results.back()).back(), 2);
 }
 
 TEST(ResultParsers, SpellOutTheNumbersOfTheDocumentedPlacesWhenVerbose) {

@@ -85,19 +85,21 @@ class LateCallback : public aidl::vendor::zarvo::hardware::camera::aon::IAONServ
 };
 
 TEST_F(DumpWhileBusy, AnswersWhileAClientIsAskedForItsVersionOrHash) {
-    const std::pair<Hook LateCallback::*, std::string> questions[] = {
-            {&LateCallback::inVersion, "getInterfaceVersion"},
-            {&LateCallback::inHash, "getInterfaceHash"}};
-    for (const auto& [hook, question] : questions) {
+    const struct {
+        Hook LateCallback::*where;
+        std::string name;
+    } questions[] = {{&LateCallback::inVersion, "getInterfaceVersion"},
+                     {&LateCallback::inHash, "getInterfaceHash"}};
+    for (const auto& question : questions) {
         const auto callback = ndk::SharedRefBase::make<LateCallback>();
         int64_t handle = 0;
         const std::string seen = LookDuring([&](const Hook& hang) {
-            (*callback).*hook = hang;
+            (*callback).*question.where = hang;
             service->registerClient(callback, 3, &handle);
         });
-        ExpectParts(seen,
-                    {"operation under way:\n  name: registerClient\n",
-                     "-  client 0  callback " + question + "  for ", "registered clients: none\n"});
+        ExpectParts(seen, {"operation under way:\n  name: registerClient\n",
+                           "-  client 0  callback " + question.name + "  for ",
+                           "registered clients: none\n"});
         EXPECT_TRUE(service->unregisterClient(handle).isOk());
     }
 }
