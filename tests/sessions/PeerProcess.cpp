@@ -1,7 +1,9 @@
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -31,6 +33,7 @@ void Crowd(const std::string& path) {
 /** Serves a peer by the name given, with one thread; prints what came of publishing it. The peer
  * calls each visitor back, now and once it has gone. */
 int main(int argc, char** argv) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (argc > 2) Crowd(argv[1]);
     const auto peer = tests::SharedRefBase::make<tests::Peer>();
     tests::Peer::Visitor last;
