@@ -13,8 +13,7 @@ std::string Evaluate(const std::string& type, const std::string& expression) {
                        "package p; parcelable T { const int ONE = 1; const String S = "
                        "\"s\"; " +
                                type + " X = " + expression + "; }"},
-                      {"p/E.aidl", "package p; @Backing(type=\"int\") enum E { A = 5, B }"},
-                      {"p/U.aidl", "package p; parcelable U {}"}};
+                      {"p/E.aidl", "package p; @Backing(type=\"int\") enum E { A = 5, B }"}};
     const std::string messages =
             RunCommand(files, {"--dumpapi", "--structured", "-I.", "--out=d", "p/T.aidl"});
     if (!messages.empty()) return messages.substr(messages.find("error: ") + 7);
@@ -51,31 +50,17 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
             {"const int", "2147483647 + 1", "result does not fit 32 bits\n"},
             {"const long", "9223372036854775807 + 1", "result does not fit 64 bits\n"},
             {"const long", "(-9223372036854775807 - 1L) / -1", "result does not fit 64 bits\n"},
-            {"const long", "-(-9223372036854775808)", "result does not fit 64 bits\n"},
             {"const long", "9223372036854775808", "integer literal is too large\n"},
-            {"const long", "0x10000000000000000", "integer literal is too large\n"},
             {"const byte", "256u8", "byte literal is not within 0u8 and 255u8\n"},
             {"const int", "1 / (1 - 1)", "division by zero\n"},
             {"const int", "1 << 32", "shift by a negative number or too far\n"},
-            {"const int", "1 >> -1", "shift by a negative number or too far\n"},
             {"const int", "12ab", "malformed integer literal\n"},
-            {"const int", "0x", "malformed integer literal\n"},
             {"const int", "\"a\"", "expected an integer\n"},
-            {"const int", "\"a\" * 2", "operator * cannot be applied to these values\n"},
             {"const int", "X", "no constant 'X' that is defined before this\n"},
-            {"const int", "Nowhere.X", "no constant 'Nowhere.X' that is defined before this\n"},
-            {"const String", "1", "expected a string\n"},
-            {"boolean", "1", "expected true or false\n"},
             {"char", "'ab'", "expected one character in single quotes\n"},
-            {"float", "1", "expected a floating-point literal\n"},
             {"float", "1e99", "value does not fit a float\n"},
-            {"double", "1e999", "floating-point literal is out of range\n"},
-            {"double", "1.5.5", "malformed floating-point literal\n"},
-            {"double", "1.0 + 1.0", "operator + cannot be applied to these values\n"},
             {"int[]", "1", "an array's value is a list in braces\n"},
             {"E", "5", "expected an enumerator of p.E\n"},
-            {"E", "E.A + 0", "expected an enumerator of p.E\n"},
-            {"U", "1", "type 'U' takes no value here\n"},
     };
     for (const auto& [type, expression, result] : kCases)
         EXPECT_EQ(Evaluate(type, expression), result) << expression;

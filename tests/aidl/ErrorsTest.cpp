@@ -26,7 +26,7 @@ TEST(Errors, PlacesAreLineAndColumnInTheFile) {
         EXPECT_EQ(Message(text), message);
 }
 
-TEST(Errors, EveryRuleIsCheckedAndNamesTheColumn) {
+TEST(Errors, RulesAreCheckedAndNameTheColumn) {
     const struct {
         const char* text;
         int column;
@@ -34,62 +34,31 @@ TEST(Errors, EveryRuleIsCheckedAndNamesTheColumn) {
     } kCases[] = {
             // Syntax.
             {"class T {}", 1, "expected 'interface', 'parcelable', 'union' or 'enum', not 'class'"},
-            {"parcelable T { int a; ", 23, "expected '}', not the end of the file"},
-            {"/*/", 1, "comment without an end"},
             {"\x01", 1, "character that no AIDL file holds here"},
             {"parcelable T { String s = \"half; }", 27,
              "a literal ends on its line and holds printable ASCII characters only"},
             {"parcelable T { String s = \"a\\n\"; }", 27, "escapes are not supported"},
-            {"parcelable T { int a = ; }", 24, "expected a constant expression, not ';'"},
-            {"interface T { void a(int); }", 25, "expected the argument's name, not ')'"},
-            {"interface T { void a() = 1L; }", 26,
-             "expected the method's number in decimal digits, not '1L'"},
-            {"@Backing(type=int) enum T { A }", 15, "expected a string, true or false"},
             {"parcelable T {} parcelable U {}", 17, "only one type per file is supported"},
             // What is not supported.
-            {"parcelable T;", 13,
-             "a type without a body (unstructured parcelable) is not supported"},
-            {"parcelable T<U> {}", 13, "generic types are not supported"},
-            {"parcelable T { parcelable U {} }", 16, "nested types are not supported"},
-            {"parcelable T { Map<int, int> m; }", 19,
-             "generic type 'Map' is not supported, only List<T> is"},
-            {"parcelable T { int[3] m; }", 20, "arrays of fixed size are not supported"},
-            {"parcelable T { IBinder b; }", 16, "type 'IBinder' is not supported"},
-            {"parcelable T { List<int> b; }", 21,
-             "a list holds Strings or parcelables; use 'int[]'"},
-            {"interface T { void a(in T[] t); }", 25, "arrays and lists of 'T' are not supported"},
             {"parcelable T { @nullable String b; }", 26,
              "@nullable is supported for interfaces only"},
             {"@FixedSize parcelable T {}", 1, "annotation @FixedSize is not supported here"},
-            {"parcelable T { const float X = 1.0; }", 22,
-             "a constant is a byte, int, long or String"},
             // Rules beyond syntax.
             {"parcelable T { Unknown u; }", 16, "cannot find the type 'Unknown'"},
             {"import q.Missing; parcelable T {}", 8, "cannot find the imported type q.Missing"},
             {"parcelable T { int a; String a; }", 30, "the name 'a' is used twice"},
-            {"interface T { void a(int b, int b); }", 33, "the name 'b' is used twice"},
             {"parcelable T { int virtual; }", 20, "'virtual' may not be a name"},
-            {"parcelable T { int _aidl_x; }", 20, "'_aidl_x' may not be a name"},
             {"union T { int getTag; }", 15, "the name 'getTag' is taken by generated code"},
-            {"interface T { void getInterfaceHash(); }", 20,
-             "the name 'getInterfaceHash' is taken by generated code"},
-            {"parcelable T { void a; }", 16, "a field cannot be void"},
             {"parcelable T { T[] a; }", 12, "type T contains itself"},
-            {"union T {}", 7, "a union has at least one field"},
-            {"enum T {}", 6, "an enum has at least one enumerator"},
             {"@Backing(type=\"char\") enum T { A }", 1,
              "expected @Backing(type=\"byte\"), \"int\" or \"long\""},
             {"@VintfStability @VintfStability parcelable T {}", 17,
              "annotation @VintfStability is given twice"},
             {"interface T { void a(int[] b); }", 28, "argument 'b' needs in, out or inout"},
             {"interface T { void a(out int b); }", 30, "an argument of type 'int' can only be in"},
-            {"interface T { oneway int a(); }", 22, "a oneway method returns void"},
             {"oneway interface T { void a(out int[] b); }", 39,
              "oneway method 'a' cannot have out arguments"},
-            {"interface T { void a() = 1; void b(); }", 34,
-             "either all methods or none have numbers"},
             {"interface T { void a() = 1; void b() = 1; }", 34, "the number 1 is used twice"},
-            {"interface T { void a() = 16777115; }", 20, "a method's number is 16777114 at most"},
     };
     for (const auto& [text, column, complaint] : kCases) {
         EXPECT_EQ(Message(std::string("package p;\n") + text),
@@ -140,25 +109,15 @@ TEST(Errors, NothingIsWrittenForFilesThatDoNotGoTogetherOrCannotBeReadOrWritten)
 TEST(Errors, CommandLinesAreChecked) {
     const std::pair<std::vector<std::string_view>, std::string> kCases[] = {
             {{}, "no files are given"},
-            {{"a.aidl", "--frobnicate"}, "unknown option --frobnicate"},
             {{"--lang=java", "a"}, "the only language is ndk"},
-            {{"--structured=yes", "a"}, "--structured takes no value"},
             {{"a", "--stability"}, "--stability needs a value"},
-            {{"--stability", "vendor", "a"}, "the only stability is vintf"},
             {{"--version", "0", "a"}, "--version takes a number from 1 on"},
-            {{"--version=1x", "a"}, "--version takes a number from 1 on"},
             {{"--version=99999999999", "a"}, "--version takes a number from 1 on"},
             {{"--hash", "abc\"", "a"},
              "--hash takes 40 lower-case hexadecimal digits or notfrozen"},
-            {{"--min_sdk_version=29", "a"}, "--min_sdk_version takes 30 or more, or current"},
             {{"--checkapi=same", "a", "b"}, "--checkapi takes equal or compatible"},
-            {{"--checkapi=equal", "--structured", "a"}, "--checkapi takes two folders"},
-            {{"--dumpapi", "--structured", "a"}, "--out is missing"},
             {{"--lang=ndk", "a", "-hx", "-ox"},
              "--structured is missing: there are only structured types"},
-            {{"--structured", "-o", "x", "a"}, "-h is missing"},
-            {{"--structured", "-h", "x", "a"}, "-o is missing"},
-            {{"--hashapi", "a", "b"}, "--hashapi takes one folder"},
     };
     MemoryFiles files{};
     for (const auto& [arguments, complaint] : kCases)

@@ -152,52 +152,6 @@ TEST_F(GeneratedCode, CallsWithinTheProcessGoToTheObjectItself) {
     EXPECT_EQ(IGallery::fromBinder(loopback->Root())->asBinder(), proxy->asBinder());
 }
 
-/** What turn() answers through `gallery`, or its failure. */
-int32_t Turn(IGallery& gallery) {
-    Point point;
-    std::vector<int32_t> values = {1};
-    int32_t result = 0;
-    const ScopedAStatus status = gallery.turn(&point, &values, &result);
-    return status.isOk() ? result : status.getStatus();
-}
-
-TEST_F(GeneratedCode, ADelegatorForwardsToWhatItStandsFor) {
-    const auto delegator = ndk::SharedRefBase::make<IGalleryDelegator>(proxy);
-    EXPECT_EQ(Turn(*delegator), 3);
-    EXPECT_FALSE(delegator->isRemote());
-}
-
-TEST(GeneratedCodeDeathTest, ADelegatorDoesNotStandInForAnotherVersion) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const std::shared_ptr<IGallery> none = ndk::SharedRefBase::make<IGalleryDefault>();
-    EXPECT_DEATH(ndk::SharedRefBase::make<IGalleryDelegator>(none), "");
-}
-
-TEST(GeneratedDefault, RefusesEverythingOrAnswersWhatTheServerDoesNotKnow) {
-    const auto none = ndk::SharedRefBase::make<IGalleryDefault>();
-    EXPECT_EQ(Turn(*none), STATUS_UNKNOWN_TRANSACTION);
-    int32_t version = 5;
-    std::string hash = "x";
-    EXPECT_TRUE(none->getInterfaceVersion(&version).isOk() && none->getInterfaceHash(&hash).isOk());
-    EXPECT_TRUE(version == 0 && hash.empty());
-    EXPECT_TRUE(none->asBinder().get() == nullptr && !none->isRemote());
-
-    // A server of the interface's name that knows no method at all.
-    static AIBinder_Class* const clazz = AIBinder_Class_define(
-            IGallery::descriptor, [](void*) -> void* { return nullptr; }, [](void*) {},
-            [](AIBinder*, transaction_code_t, const AParcel*, AParcel*) -> binder_status_t {
-                return STATUS_UNKNOWN_TRANSACTION;
-            });
-    const ndk::SpAIBinder server(AIBinder_new(clazz, nullptr));
-    const std::shared_ptr<Loopback> loopback = Loopback::Connect(server.get());
-    const std::shared_ptr<IGallery> proxy = IGallery::fromBinder(loopback->Root());
-    ASSERT_NE(proxy, nullptr);
-    EXPECT_EQ(Turn(*proxy), STATUS_UNKNOWN_TRANSACTION);
-    EXPECT_FALSE(IGallery::setDefaultImpl(nullptr));
-    EXPECT_TRUE(IGallery::setDefaultImpl(ndk::SharedRefBase::make<Gallery>()));
-    EXPECT_EQ(Turn(*proxy), 3);
-}
-
 TEST_F(GeneratedCode, GivenNumbersAreUsedAndVersionsAskedForOnce) {
     EXPECT_EQ(+IWatcher::TRANSACTION_seen, 8u);
     EXPECT_EQ(+IWatcher::TRANSACTION_closed, 4u);

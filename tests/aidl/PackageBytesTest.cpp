@@ -2,9 +2,7 @@
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONService.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "tests/binder/Hex.h"
@@ -97,32 +95,6 @@ TEST(PackageBytes, OverlappingRecordsDoNotMultiplyTheirBytes) {
     AParcel_setDataPosition(parcel.get(), 0);
     int32_t presence = 0;
     EXPECT_EQ(AParcel_readInt32(parcel.get(), &presence), STATUS_OK);
-}
-
-TEST(PackageTypes, AreOrderedFieldByFieldAndUnionsByTagFirst) {
-    const AONSensorStateInfo idle{7, 0};
-    const AONSensorStateInfo busy{7, 2};
-    const AONSensorStateInfo other{8, 0};
-    EXPECT_TRUE(idle < busy && busy < other && idle <= idle && other > busy && busy >= idle);
-    EXPECT_TRUE(idle != busy && idle == (AONSensorStateInfo{7, 0}));
-    EXPECT_LT(AONResultValue::make<Tag::intValue>(9), AONResultValue::make<Tag::boolValue>(false));
-    EXPECT_LT(AONResultValue::make<Tag::intValue>(8), AONResultValue::make<Tag::intValue>(9));
-    EXPECT_NE(AONResultValue::make<Tag::floatValue>(1.0f), AONResultValue::make<Tag::intValue>(1));
-    EXPECT_EQ(AONResultValue(2.0), AONResultValue::make<Tag::doubleValue>(2.0));
-}
-
-TEST(PackageTypesDeathTest, AskingForAnotherAlternativeEndsTheProcess) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const AONResultValue value = AONResultValue::make<Tag::intValue>(1);
-    // A real compiler's code throws where it does not run on a phone.
-    const auto ask = [&] {
-        try {
-            (void)value.get<Tag::floatValue>();
-        } catch (const std::bad_variant_access&) {
-            std::abort();
-        }
-    };
-    EXPECT_DEATH(ask(), "");
 }
 
 }  // namespace
