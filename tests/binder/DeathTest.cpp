@@ -19,8 +19,6 @@ struct Watch {
     std::atomic<bool> unlinkedFirst{false};
     std::thread::id thread;
     std::function<void()> onDied;
-    /** Called last of all, when the watch itself may already be gone. */
-    std::function<void()> onOver;
 
     static void Died(void* cookie) {
         auto* const watch = static_cast<Watch*>(cookie);
@@ -31,21 +29,8 @@ struct Watch {
     static void Unlinked(void* cookie) {
         auto* const watch = static_cast<Watch*>(cookie);
         if (watch->died <= watch->unlinked) watch->unlinkedFirst = true;
-        const auto onOver = watch->onOver;
         ++watch->unlinked;
-        if (onOver) onOver();
     }
-};
-
-/** Holds a handler or a notice until the test lets it go on. */
-struct Gate {
-    void Pass() {
-        entered.set_value();
-        goOn.get_future().wait();
-    }
-
-    std::promise<void> entered;
-    std::promise<void> goOn;
 };
 
 class DeathTest : public ConnectionTest {
@@ -116,15 +101,19 @@ TEST_F(DeathTest, LinkThatFailsIsUnlinkedAtOnce) {
 }
 
 TEST_F(DeathTest, UnlinkWhileDyingSaysSo) {
-    Gate gate;
-    mWatch.onDied = [&] { gate.Pass(); };
+    std::promise<void> entered;
+    std::promise<void> goOn;
+    mWatch.onDied = [&] {
+        entered.set_value();
+        goOn.get_future().wait();
+    };
     ASSERT_EQ(Link(&mWatch), STATUS_OK);
     ASSERT_EQ(Link(&mOther), STATUS_OK);
     mLoopback->Kill();
-    gate.entered.get_future().wait();
+    entered.get_future().wait();
     EXPECT_EQ(Unlink(&mWatch), STATUS_NAME_NOT_FOUND);
     EXPECT_EQ(Unlink(&mOther), STATUS_DEAD_OBJECT);
-    gate.goOn.set_value();
+    goOn.set_value();
     mLoopback->WaitForNotices();
     EXPECT_EQ(mOther.died, 1);
 }
@@ -145,21 +134,6 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
     EXPECT_EQ(mWatch.died, 0);
 }
 
-TEST_F(DeathTest, HandlerMayKillItsOwnConnection) {
-    std::promise<void> left;
-    mPeer->onVisit = [&](const auto& visitor, int32_t, std::string* text) {
-        KillAndWait();
-        EXPECT_EQ(visitor->visit(nullptr, 0, text).getStatus(), STATUS_DEAD_OBJECT);
-        left.set_value();
-        return ScopedAStatus::ok();
-    };
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    EXPECT_EQ(Visit(SharedRefBase::make<Peer>()), STATUS_DEAD_OBJECT);
-    left.get_future().wait();
-    EXPECT_EQ(mWatch.died, 1);
-    EXPECT_NE(mWatch.thread, std::this_thread::get_id());
-}
-
 TEST_F(DeathTest, KillLetsGoWhatItHeldForTheOtherEnd) {
     std::atomic<bool> ended{false};
     mPeer->onEnd = [&ended] { ended = true; };
@@ -168,42 +142,6 @@ TEST_F(DeathTest, KillLetsGoWhatItHeldForTheOtherEnd) {
     KillAndWait();
     mLoopback.reset();
     EXPECT_TRUE(ended);
-}
-
-TEST_F(DeathTest, OnewayCallsNotBegunAreDroppedAtDeath) {
-    Gate gate;
-    std::vector<int32_t> told;
-    mPeer->onTell = [&](int32_t number) {
-        told.push_back(number);
-        gate.Pass();
-    };
-    ASSERT_TRUE(mProxy->tell(0).isOk());
-    ASSERT_TRUE(mProxy->tell(1).isOk());
-    gate.entered.get_future().wait();
-    mLoopback->Kill();
-    gate.goOn.set_value();
-    mLoopback.reset();
-    EXPECT_EQ(told, std::vector<int32_t>{0});
-}
-
-TEST_F(DeathTest, LastLoopbackPointerMayGoInANoticeAndProxiesOutliveIt) {
-    std::promise<void> killed;
-    // The connection's thread is joined by nobody: what it tells last outlives this test.
-    const auto over = std::make_shared<std::promise<void>>();
-    mWatch.onDied = [&] {
-        mLoopback->WaitForNotices();
-        killed.get_future().wait();
-        mLoopback.reset();
-    };
-    mOther.onOver = [over] { over->set_value(); };
-    ASSERT_EQ(Link(&mWatch), STATUS_OK);
-    ASSERT_EQ(Link(&mOther), STATUS_OK);
-    mLoopback->Kill();
-    killed.set_value();
-    over->get_future().wait();
-    EXPECT_EQ(mLoopback, nullptr);
-    EXPECT_EQ(mOther.died, 1);
-    EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
 }
 
 /** Everything at once, for the thread sanitizer: each link still ends exactly once. */

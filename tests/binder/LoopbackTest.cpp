@@ -48,32 +48,6 @@ TEST_F(LoopbackTest, LocalObjectBecomesAProxyAndComesBackAsItself) {
     EXPECT_EQ(Loopback::Connect(nullptr), nullptr);
 }
 
-TEST_F(LoopbackTest, ObjectThatWasNotReadYetIsNoMereBytes) {
-    const auto other = SharedRefBase::make<Peer>();
-    const ScopedAParcel loose(AParcel_create());
-    ScopedAParcel in;
-    ScopedAParcel reply;
-    ASSERT_EQ(AIBinder_prepareTransaction(mRoot.get(), in.getR()), STATUS_OK);
-    ASSERT_EQ(IPeer::writeToParcel(in.get(), other), STATUS_OK);
-    constexpr transaction_code_t kGiveBack = FIRST_CALL_TRANSACTION + 1;
-    ASSERT_EQ(AIBinder_transact(mRoot.get(), kGiveBack, in.getR(), reply.getR(), 0), STATUS_OK);
-    const int32_t size = AParcel_getDataSize(reply.get());
-    EXPECT_EQ(AParcel_appendFrom(reply.get(), loose.get(), 0, size), STATUS_INVALID_OPERATION);
-    uint8_t bytes[4];
-    EXPECT_EQ(AParcel_marshal(reply.get(), bytes, 0, 4), STATUS_INVALID_OPERATION);
-    // The status alone is no object.
-    EXPECT_EQ(AParcel_appendFrom(reply.get(), loose.get(), 0, 4), STATUS_OK);
-
-    SpAIBinder read;
-    AParcel_setDataPosition(reply.get(), 4);
-    ASSERT_EQ(AParcel_readStrongBinder(reply.get(), read.getR()), STATUS_OK);
-    EXPECT_EQ(AParcel_appendFrom(reply.get(), loose.get(), 4, size - 4), STATUS_OK);
-    AParcel_setDataPosition(loose.get(), 4);
-    SpAIBinder again;
-    ASSERT_EQ(AParcel_readStrongBinder(loose.get(), again.getR()), STATUS_OK);
-    EXPECT_EQ(again, other->asBinder());
-}
-
 TEST_F(LoopbackTest, ObjectLivesUntilTheLastProxyAndTheLastUnsentParcelGo) {
     for (const bool parcelFirst : {true, false}) {
         SCOPED_TRACE(parcelFirst);

@@ -25,13 +25,6 @@ AIBinder_Class* CounterClass() {
     return clazz;
 }
 
-TEST(Class, NeedsAllItsParts) {
-    EXPECT_STREQ(AIBinder_Class_getDescriptor(CounterClass()), "tests.Counter");
-    EXPECT_EQ(Define(nullptr), nullptr);
-    EXPECT_EQ(AIBinder_Class_define("tests.Counter", nullptr, nullptr, nullptr), nullptr);
-    EXPECT_EQ(AIBinder_new(nullptr, nullptr), nullptr);
-}
-
 TEST(LocalObject, LivesWithItsStrongReferencesAndIsNamedByWeakOnes) {
     int destroyed = 0;
     AIBinder* const binder = AIBinder_new(CounterClass(), &destroyed);
@@ -62,39 +55,6 @@ TEST(LocalObject, IsOfItsClassAloneAndAlwaysAlive) {
     EXPECT_TRUE(AIBinder_isAlive(binder.get()));
     EXPECT_EQ(AIBinder_ping(binder.get()), STATUS_OK);
     EXPECT_EQ(IPeer::fromBinder(binder), peer);
-}
-
-TEST(LocalObject, NullIsNoObject) {
-    EXPECT_FALSE(AIBinder_isRemote(nullptr));
-    EXPECT_FALSE(AIBinder_isAlive(nullptr));
-    EXPECT_FALSE(AIBinder_associateClass(nullptr, PeerClass()));
-    EXPECT_EQ(AIBinder_ping(nullptr), STATUS_UNEXPECTED_NULL);
-    EXPECT_EQ(AIBinder_dump(nullptr, -1, nullptr, 0), STATUS_UNEXPECTED_NULL);
-    EXPECT_EQ(AIBinder_getClass(nullptr), nullptr);
-    EXPECT_EQ(AIBinder_getUserData(nullptr), nullptr);
-    EXPECT_EQ(AIBinder_debugGetRefCount(nullptr), -1);
-    EXPECT_EQ(AIBinder_Weak_new(nullptr), nullptr);
-    ScopedAParcel in;
-    EXPECT_EQ(AIBinder_prepareTransaction(nullptr, in.getR()), STATUS_UNEXPECTED_NULL);
-    AIBinder_incStrong(nullptr);
-    AIBinder_decStrong(nullptr);
-    AIBinder_markVintfStability(nullptr);
-}
-
-TEST(NdkOwners, CountReferencesAndResources) {
-    SpAIBinder binder = SharedRefBase::make<Peer>()->asBinder();
-    AIBinder* raw = binder.get();
-    const SpAIBinder copy = binder;
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
-    binder = *&binder;
-    SpAIBinder moved = std::move(binder);
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 2);
-    EXPECT_TRUE(moved == copy && raw == moved && moved != nullptr && nullptr < moved);
-    moved = nullptr;
-    EXPECT_EQ(AIBinder_debugGetRefCount(raw), 1);
-    ScopedAStatus status = ScopedAStatus::fromServiceSpecificErrorWithMessage(5, "busy");
-    status = std::move(*&status);
-    EXPECT_STREQ(status.getMessage(), "busy");
 }
 
 TEST(NdkInterfaces, ABinderKeepsItsImplementationWhichForgetsADeadBinder) {
@@ -155,22 +115,6 @@ TEST_F(RemoteObject, IsOfTheFirstClassThatHasItsName) {
     EXPECT_FALSE(AIBinder_associateClass(dead.get(), PeerClass()));
 }
 
-TEST_F(RemoteObject, CannotDumpWhatALocalOneCan) {
-    EXPECT_EQ(AIBinder_dump(mLocal.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_INDEX);
-    EXPECT_EQ(AIBinder_dump(mRoot.get(), STATUS_BAD_INDEX, nullptr, 0), STATUS_BAD_TYPE);
-}
-
-TEST_F(RemoteObject, ShowsTheExtensionOfItsObject) {
-    const auto extension = SharedRefBase::make<Peer>();
-    SpAIBinder shown;
-    EXPECT_EQ(AIBinder_getExtension(mRoot.get(), shown.getR()), STATUS_OK);
-    EXPECT_EQ(shown.get(), nullptr);
-    EXPECT_EQ(AIBinder_setExtension(mRoot.get(), mLocal.get()), STATUS_INVALID_OPERATION);
-    EXPECT_EQ(AIBinder_setExtension(mLocal.get(), extension->asBinder().get()), STATUS_OK);
-    EXPECT_EQ(AIBinder_getExtension(mRoot.get(), shown.getR()), STATUS_OK);
-    EXPECT_TRUE(AIBinder_isRemote(shown.get()));
-}
-
 using Mark = void (*)(AIBinder* binder);
 
 SpAIBinder MarkedObject(Mark mark) {
@@ -214,19 +158,6 @@ TEST(Stability, CallIsAllowedWhereTheObjectPromisesWhatTheCallerNeeds) {
         AParcel_readInt32(parcel.get(), &sentAs);
         EXPECT_EQ(sentAs, c.sentAs);
     }
-}
-
-TEST(Stability, FirstMarkOrFirstSendingStands) {
-    const SpAIBinder binder = MarkedObject(AIBinder_markVendorStability);
-    AIBinder_markVintfStability(binder.get());
-    const auto vendor = Loopback::Connect(binder.get());
-    EXPECT_EQ(Call(vendor->Root(), 0), STATUS_BAD_TYPE);
-
-    const SpAIBinder lowered = MarkedObject(AIBinder_markVintfStability);
-    AIBinder_forceDowngradeToSystemStability(lowered.get());
-    const auto system = Loopback::Connect(lowered.get());
-    AIBinder_markVintfStability(lowered.get());
-    EXPECT_EQ(Call(system->Root(), FLAG_PRIVATE_VENDOR), STATUS_BAD_TYPE);
 }
 
 }  // namespace

@@ -98,15 +98,6 @@ TEST(ParcelBytes, SequencesHaveTheirBytes) {
     ExpectBytes(MaybePoints({std::nullopt, Point{1}}), "02000000000000000100000001000000");
 }
 
-TEST(ParcelBytes, OtherBytesGiveValuesToo) {
-    ExpectRead<int8_t>(-1, "ff010000");
-    ExpectRead(true, "02000000");
-    ExpectRead(u'A', "4100ffff");
-    ExpectRead(Text("\xed\xb8\x80\xed\xa0\xbd"), "0200000000de3dd800000000");
-    ExpectRead(Bools{true, false}, "020000000200000000000000");
-    ExpectRead(Point{5}, "f9ffffff05000000");
-}
-
 TEST(ParcelBytes, ImpossibleValuesLeaveNone) {
     const ScopedAParcel parcel(AParcel_create());
     for (const Text text : {"\xff", "\xc3", "\xc0\x80", "\xf4\x90\x80\x80"})
@@ -153,42 +144,23 @@ const struct {
         {"nothing", Read<int32_t>, "", kTooShort, 0},
         {"int32 of three bytes, padded", Read<int32_t>, "010203", STATUS_OK, 4},
         {"half an int64", Read<int64_t>, "01000000", kTooShort, 0},
-        {"no outcome", Outcome, "", kTooShort, 0},
-        {"outcome without message", Outcome, "fdffffff", kTooShort, 4},
         {"outcome without number", Outcome, "f8ffffff000000000000000000000000", kTooShort, 16},
         {"reply header longer than all", Outcome, "80ffffff0c00000000000000", kUnknown, 8},
-        {"reply header of negative size", Outcome, "80ffffffffffffff00000000", kUnknown, 8},
-        {"trace too long", Outcome, "fdffffff00000000000000000c00000001020304", kUnknown, 16},
         {"trace of size -1", Outcome, "fdffffff0000000000000000ffffffff01020304", kUnknown, 16},
-        {"record too long", Outcome, "f7ffffff0000000000000000000000000c00000001020304", kUnknown,
-         20},
         {"null string", Read<Text>, "ffffffff", kNull, 4},
-        {"string without its NUL", Read<Text>, "0100000061006200", kNull, 8},
         {"string cut short", Read<Text>, "0500000061006200", kNull, 4},
         {"string of negative length", Read<Text>, "feffffff61006200", kNull, 4},
-        {"string of greatest length", Read<Text>, "ffffff7f61006200", kNull, 4},
         {"null int32s", Read<Ints>, "ffffffff", kNull, 4},
-        {"less than null int32s", Read<Ints>, "feffffff", kBadValue, 4},
         {"int32s longer than their bytes", Read<Ints>, "0200000001000000", kNoMemory, 4},
-        {"most doubles", Read<Doubles>, "ffffff7f01000000", kNoMemory, 4},
-        {"null bytes", Read<Bytes8>, "ffffffff", kNull, 4},
         {"bytes without padding", Read<Bytes8>, "03000000010203", STATUS_OK, 8},
-        {"most bools", Read<Bools>, "ffffff7f01000000", kNoMemory, 4},
         {"bools cut short", Read<Bools>, "0200000001000000", kTooShort, 8},
-        {"chars cut short", Read<Chars>, "0200000041000000", kTooShort, 8},
-        {"null strings", Read<Texts>, "ffffffff", kNull, 4},
-        {"most strings", Read<Texts>, "ffffff7f01000000", kNoMemory, 4},
         {"strings with a null one", Read<Texts>, "01000000ffffffff", kNull, 8},
         {"null record", Read<Point>, "00000000", kNull, 4},
         {"null records", Read<Points>, "ffffffff", kNoMemory, 4},
-        {"less than null records", Read<Points>, "feffffff", kBadValue, 4},
         {"more records than bytes", Read<Points>, "0500000001000000", kNoMemory, 4},
-        {"records cut short", Read<Points>, "0400000001000000", kTooShort, 8},
         {"null object where none may be", ReadRequiredObject, "0000000000000000", kNull, 8},
         {"null object with a stability", Read<Object>, "000000003f000000", kBadType, 8},
-        {"null object told by one bit", Read<Object>, "0200000000000000", STATUS_OK, 8},
         {"object of no stability", Read<Object>, "01000000010000000000000000000000", kBadType, 16},
-        {"object of odd stability", Read<Object>, "01000000010000000000000007000000", kBadType, 16},
         {"object nobody put in", Read<Object>, "0100000001000000000000003f000000", kBadValue, 16},
         {"object cut short", Read<Object>, "0100000001000000", kTooShort, 4},
 };

@@ -58,15 +58,6 @@ TEST(RecycledBlock, KeepsTheLatestOfAThreadThatAreNotTooLarge) {
     }
 }
 
-TEST(RecycledBlock, IsTheSameMemoryAgainWhereItEnded) {
-    RecycledBlock block = RecycledBlock::Of(3000);
-    OnNewThread([&block] {
-        const void* const data = block.Data();
-        block = {};
-        EXPECT_EQ(RecycledBlock::Of(3000).Data(), data);
-    });
-}
-
 TEST(RecycledBlock, ThreadsThatEndGiveBackWhatTheyKept) {
     for (int i = 0; i < 100; ++i)
         OnNewThread([] { EndBlocksOf({kMostKept}); });

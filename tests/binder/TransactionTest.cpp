@@ -56,36 +56,5 @@ TEST_P(TransactionTest, RequestIsRefusedBeforeTheMethodRuns) {
     EXPECT_EQ(mPeer->visits, 1);
 }
 
-TEST_P(TransactionTest, ObjectsInAParcelAreReadOftenMovedAndNeverMadeUp) {
-    const auto visitor = SharedRefBase::make<Peer>();
-    const ScopedAParcel loose(AParcel_create());
-    AParcel_writeInt32(loose.get(), 1);
-    ASSERT_EQ(AParcel_writeStrongBinder(loose.get(), visitor->asBinder().get()), STATUS_OK);
-    uint8_t bytes[20];
-    EXPECT_EQ(AParcel_marshal(loose.get(), bytes, 0, 20), STATUS_INVALID_OPERATION);
-
-    ScopedAParcel in = Prepare();
-    const int32_t start = AParcel_getDataPosition(in.get());
-    ASSERT_EQ(AParcel_appendFrom(loose.get(), in.get(), 4, 16), STATUS_OK);
-    for (int i = 0; i < 2; ++i) {
-        SpAIBinder read;
-        AParcel_setDataPosition(in.get(), start);
-        ASSERT_EQ(AParcel_readStrongBinder(in.get(), read.getR()), STATUS_OK);
-        EXPECT_EQ(read, visitor->asBinder());
-    }
-    AParcel_writeInt32(in.get(), 5);
-    EXPECT_EQ(Visit(std::move(in)), STATUS_OK);
-    ASSERT_NE(mPeer->visitor, nullptr);
-    EXPECT_EQ(mPeer->visitor->isRemote(), GetParam());
-
-    // Bytes that are no address name nothing.
-    in = Prepare();
-    AParcel_writeInt32(in.get(), 1);
-    AParcel_writeUint64(in.get(), 4);
-    AParcel_writeInt32(in.get(), 12);
-    AParcel_writeInt32(in.get(), 5);
-    EXPECT_EQ(Visit(std::move(in)), STATUS_BAD_VALUE);
-}
-
 }  // namespace
 }  // namespace tests
