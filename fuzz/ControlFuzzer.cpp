@@ -9,7 +9,7 @@
 #include <mutex>
 
 #include "fuzz/Calls.h"
-#include "fuzz/Samples.h"
+#include "fuzz/SmallService.h"
 #include "host/control/HostControl.h"
 #include "host/cutils/PropertyStore.h"
 #include "service/AONService.h"
@@ -49,15 +49,9 @@ class Client : public BnAONServiceCallBack {
 class Bench {
   public:
     Bench() {
-        const SensorConfigInfo config = zarvo::fuzz::Config(AONService::SERVICE_TYPE_FUSION);
-        int64_t handle = 0;
         zarvo::fuzz::SetSmallSensor(mSimulator);
-        if (!mService->registerClient(mClient, config.serviceType, &handle).isOk() ||
-            !mService->subscribeSensor(handle, config).isOk() ||
-            !mService->startService(handle, config.serviceType).isOk() ||
-            !mService->stopService(handle, config.serviceType).isOk()) {
-            std::abort();
-        }
+        const int64_t handle = zarvo::fuzz::BeginClient(*mService, mClient);
+        if (!mService->stopService(handle, AONService::SERVICE_TYPE_FUSION).isOk()) std::abort();
     }
 
     void Do(zarvo::fuzz::Input& input) {
@@ -75,19 +69,12 @@ class Bench {
         mSimulator.Shutdown();
         for (const auto& camera : cameras)
             if (camera.isOpen) mControl->closeCamera(camera.instanceId);
-        AwaitCameras();
+        zarvo::fuzz::AwaitCameras(mSimulator);
         if (mClient->SeesAnyBusy()) std::abort();
         zarvo::host::PropertyStore::Instance().Clear();
     }
 
   private:
-    /** The service finishes a notice on a thread of its own, for which the next notice waits. */
-    void AwaitCameras() {
-        constexpr int kNoCamera = 99;
-        mSimulator.CloseCamera(kNoCamera);
-        mSimulator.WaitForCameraNotices();
-    }
-
     SimulatorControl& mSimulator = SimulatorControl::Instance();
     const std::shared_ptr<AONService> mService = ndk::SharedRefBase::make<AONService>();
     const std::shared_ptr<HostControl> mControl =

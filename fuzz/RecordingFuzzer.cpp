@@ -11,27 +11,17 @@
 #include "host/ctl/Images.h"
 #include "host/recording/Chunk.h"
 #include "host/recording/RecordingReader.h"
-#include "host/recording/RecordingWriter.h"
 #include "host/replay/EventRecord.h"
 #include "host/replay/Replay.h"
 #include "host/text/EventJson.h"
 #include "host/text/EventText.h"
+#include "tests/recording/Recorded.h"
 
 namespace {
 
 using namespace zarvo::host;
 using namespace zarvo::host::recording;
-
-/** Equal for what is equal bit for bit, numbers that are none, too. */
-std::string BytesOf(const AONCallBackInfo& event) {
-    std::string bytes;
-    RecordingWriter writer([&](std::span<const uint8_t> some) {
-        bytes.append(some.begin(), some.end());
-        return true;
-    });
-    writer.Write({}, event);
-    return bytes;
-}
+using zarvo::test::BytesOf;
 
 void Look(const AONCallBackInfo& event) {
     (void)EventText(event);
@@ -42,7 +32,7 @@ void Look(const AONCallBackInfo& event) {
     static zarvo::fuzz::Translation service;
     static const auto record = std::make_unique<aov_event>();
     if (!WriteEventRecord(event, *record).empty()) return;
-    if (BytesOf(service.EventOf(*record)) != BytesOf(event)) std::abort();
+    if (BytesOf({service.EventOf(*record)}) != BytesOf({event})) std::abort();
 }
 void Look(const AONSensorStateInfo& state) {
     (void)StateText(state);

@@ -12,7 +12,6 @@
 
 #include "events/AONManagerCallback.h"
 #include "host/stream/RecordWriter.h"
-#include "host/stream/SimulatorControl.h"
 
 namespace zarvo::fuzz {
 
@@ -22,16 +21,6 @@ using aidl::vendor::zarvo::hardware::camera::aon::SensorConfigInfo;
 
 /** A size so small that a whole record fits into an input. */
 inline constexpr int32_t kWidth = 32, kHeight = 24;
-
-/** Lets the simulator have one sensor, with that size, whose frames come by command. */
-inline void SetSmallSensor(host::SimulatorControl& simulator) {
-    host::SensorDescription sensor{.id = 0, .mode = 0x3F, .sizes = {{}}};
-    sensor.sizes[0].width = kWidth;
-    sensor.sizes[0].height = kHeight;
-    sensor.sizes[0].rates = {5, 10};
-    simulator.SetSensors({sensor});
-    simulator.SetManualDelivery(true);
-}
 
 /** A record of the scene. */
 inline std::unique_ptr<aov_event> Rendered(int32_t services) {

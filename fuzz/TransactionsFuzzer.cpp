@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fuzz/Calls.h"
-#include "fuzz/Samples.h"
+#include "fuzz/SmallService.h"
 #include "service/AONService.h"
 
 namespace {
@@ -47,11 +47,11 @@ class Bench {
                 break;
             case 1:
                 mSimulator.OpenCamera(input.Take<uint8_t>() % 3);
-                AwaitCameras();
+                zarvo::fuzz::AwaitCameras(mSimulator);
                 break;
             case 2:
                 mSimulator.CloseCamera(input.Take<uint8_t>() % 3);
-                AwaitCameras();
+                zarvo::fuzz::AwaitCameras(mSimulator);
                 break;
             case 3:
                 mService->OnRemoteCallbackDied(kHandle, mClient);
@@ -67,18 +67,12 @@ class Bench {
     void CheckUsable() {
         for (int device = 0; device < 3; ++device)
             mSimulator.CloseCamera(device);
-        AwaitCameras();
+        zarvo::fuzz::AwaitCameras(mSimulator);
         Leave();
         if (mSimulator.Running()) std::abort();
         const auto next = ndk::SharedRefBase::make<Client>();
-        const SensorConfigInfo config = zarvo::fuzz::Config(AONService::SERVICE_TYPE_FUSION);
-        int64_t handle = 0;
-        if (!mService->registerClient(next, config.serviceType, &handle).isOk() ||
-            !mService->subscribeSensor(handle, config).isOk() ||
-            !mService->startService(handle, config.serviceType).isOk() || !GetsAFrame(*next) ||
-            !Leave().isOk() || mSimulator.Running()) {
-            std::abort();
-        }
+        zarvo::fuzz::BeginClient(*mService, next);
+        if (!GetsAFrame(*next) || !Leave().isOk() || mSimulator.Running()) std::abort();
         // What runs on would look like a leak.
         mSimulator.Shutdown();
     }
@@ -86,12 +80,6 @@ class Bench {
   private:
     using AONService = zarvo::aon::AONService;
 
-    /** The service finishes a notice on a thread of its own, for which the next notice waits. */
-    void AwaitCameras() {
-        constexpr int kNoCamera = 99;
-        mSimulator.CloseCamera(kNoCamera);
-        mSimulator.WaitForCameraNotices();
-    }
     /** The service passes over a frame that comes while it does something else. */
     bool GetsAFrame(Client& client) {
         constexpr int kMostFrames = 1000;
