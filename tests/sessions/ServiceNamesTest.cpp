@@ -215,24 +215,6 @@ TEST_F(ServiceNames, OfAProcessThatDoesNotAnswerAndDiesHoldNobodyUp) {
     EXPECT_EQ(AIBinder_ping(found.get().get()), STATUS_OK);
 }
 
-TEST_F(ServiceNames, OfAProcessWithOneThreadAreServedOneCallAtATime) {
-    const PeerProcess process;
-    const std::shared_ptr<IPeer> other = Find();
-    ASSERT_NE(other, nullptr);
-    std::future<bool> second;
-    mPeer->onVisit = [&](const auto&, int32_t, std::string*) {
-        second = std::async(std::launch::async, [&other] {
-            std::string text;
-            return other->visit(nullptr, 6, &text).isOk() && text == "6";
-        });
-        EXPECT_EQ(second.wait_for(50ms), std::future_status::timeout);
-        return ScopedAStatus::ok();
-    };
-    std::string text;
-    EXPECT_TRUE(other->visit(mPeer, 5, &text).isOk());
-    EXPECT_TRUE(second.get());
-}
-
 TEST_F(ServiceNames, AreAwaitedByManyAtOnceAndEndedByAny) {
     ABinderProcess_startThreadPool();
     const ndk::ScopedAIBinder_DeathRecipient recipient(AIBinder_DeathRecipient_new([](void*) {}));

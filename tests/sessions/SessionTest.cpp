@@ -20,33 +20,6 @@ class SessionTest : public ServerTest {
     std::shared_ptr<RpcSession> mSession;
 };
 
-TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
-    Server old({.newestVersion = 0}, mPeer->asBinder().get());
-    for (const bool isOldServer : {false, true}) {
-        SCOPED_TRACE(isOldServer);
-        RpcClientSettings settings;
-        settings.newestVersion = isOldServer ? 1 : 0;
-        settings.dial = [&](auto) { return (isOldServer ? old : mServer).Dial(); };
-        const auto session = ConnectRpc(settings);
-        ASSERT_NE(session, nullptr);
-        EXPECT_EQ(session->Setup().version, 0U);
-        const auto root = RootOf(*session);
-        mPeer->onVisit = [](const auto& visitor, int32_t number, std::string* text) {
-            return visitor->visit(nullptr, number, text);
-        };
-        const auto visitor = SharedRefBase::make<Peer>();
-        std::string text;
-        EXPECT_TRUE(root->visit(visitor, 5, &text).isOk());
-        EXPECT_EQ(text, "5");
-        EXPECT_EQ(root->visit(visitor, STATUS_BAD_VALUE, &text).getStatus(), STATUS_BAD_VALUE);
-    }
-    // The head of a reply is the status alone.
-    const Socket socket = Dial();
-    Send(socket, "00000000" + kHello.substr(8) + kInit + Call(kSpecial, wire::kGetRoot));
-    EXPECT_EQ(Receive(socket, 8 + 16 + 4 + 16),
-              kSpecial + Command(1, 20) + U32(0) + U32(1) + kRoot + U32(12));
-}
-
 TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
     std::atomic<int> dialled{0};
     const auto session = ConnectRpc({.dial = [&](auto) {
@@ -69,27 +42,6 @@ TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
     other.join();
     visit();
     EXPECT_EQ(dialled, 2);
-}
-
-TEST_F(SessionTest, TellsWhoAsksHowItIsCalledAndHowManyThreadsItHas) {
-    std::vector<Socket> called;
-    const auto session = ConnectRpc({.dial = [&, isFirst = true](auto) mutable {
-        if (std::exchange(isFirst, false)) return Dial();
-        auto [near, far] = Socket::Pair();
-        Send(far, kInit);
-        called.push_back(std::move(far));
-        return std::move(near);
-    }});
-    ASSERT_TRUE(session->OpenIncoming(2));
-    const Socket& server = called.front();
-    const std::string id = Receive(server, 16 + 32).substr(32);
-    const std::string reply = U32(0) + U32(36) + kZeros.substr(0, 24);
-    Send(server, Call(kSpecial, wire::kGetSessionId));
-    EXPECT_EQ(Receive(server, 16 + 56), Command(1, 56) + reply + U32(32) + id);
-    Send(server, Call(kSpecial, wire::kGetMaxThreads));
-    EXPECT_EQ(Receive(server, 16 + 24).substr(72), U32(2));
-    session->Terminate();
-    session->JoinThreads();
 }
 
 TEST_F(SessionTest, CarriesMessagesUpToTheLimitAndRefusesLongerOnes) {
