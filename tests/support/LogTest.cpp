@@ -32,12 +32,6 @@ TEST(LogFormat, IsLogcatsThreadTimeForm) {
     EXPECT_EQ(FormatLogLine(line, 1), "01-01 23:59:59.123     1    77 E Tag: \n");
 }
 
-TEST(LogFormat, KnowsNoLetterForWhatIsNoPriority) {
-    EXPECT_EQ(PriorityLetter(-1), '?');
-    EXPECT_EQ(PriorityLetter(ANDROID_LOG_FATAL), 'F');
-    EXPECT_EQ(PriorityLetter(ANDROID_LOG_SILENT), '?');
-}
-
 TEST(LogTap, NestsAndGivesTheLinesBack) {
     LogRecorder outer("T");
     {
