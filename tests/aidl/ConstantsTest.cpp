@@ -66,19 +66,5 @@ TEST(Constants, AreComputedOrRefusedWithAReason) {
         EXPECT_EQ(Evaluate(type, expression), result) << expression;
 }
 
-TEST(Constants, EnumeratorsCountOnAndMayNameEarlierOnes) {
-    MemoryFiles files{{"p/T.aidl",
-                       "package p; @Backing(type=\"byte\") enum T { A, B = A + 5, C, "
-                       "D = T.C | 16, E }"}};
-    ASSERT_EQ(RunCommand(files, {"--dumpapi", "--structured", "--out=d", "p/T.aidl"}), "");
-    EXPECT_EQ(files.files["d/p/T.aidl"],
-              "package p;\n@Backing(type=\"byte\")\nenum T {\n  A = 0,\n  B = 5,\n  C = 6,\n"
-              "  D = 22,\n  E = 23,\n}\n");
-    EXPECT_EQ(GenerateT("package p; enum T { A = 127, B }"),
-              "p/T.aidl:1:30: error: value is out of range\n");
-    EXPECT_EQ(GenerateT("package p; enum T { A = B, B }"),
-              "p/T.aidl:1:25: error: no constant 'B' that is defined before this\n");
-}
-
 }  // namespace
 }  // namespace zarvo::host::aidl
