@@ -134,16 +134,6 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
     EXPECT_EQ(mWatch.died, 0);
 }
 
-TEST_F(DeathTest, KillLetsGoWhatItHeldForTheOtherEnd) {
-    std::atomic<bool> ended{false};
-    mPeer->onEnd = [&ended] { ended = true; };
-    mPeer.reset();
-    EXPECT_EQ(Visit(), STATUS_OK);
-    KillAndWait();
-    mLoopback.reset();
-    EXPECT_TRUE(ended);
-}
-
 /** Everything at once, for the thread sanitizer: each link still ends exactly once. */
 TEST_F(DeathTest, CallsLinksAndDropsRaceAgainstKill) {
     for (int round = 0; round < 30; ++round) {

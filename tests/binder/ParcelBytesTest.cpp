@@ -197,5 +197,20 @@ TEST(ParcelBytes, OutVectorsAreResizedWithinLimits) {
     EXPECT_FALSE(nullable.has_value());
 }
 
+TEST(ParcelBytes, ReadingPastTheEndOrOffAWordIsNoDanger) {
+    const ScopedAParcel parcel = ParcelOf("01000000 02000000");
+    int32_t value = 0;
+    AParcel_setDataPosition(parcel.get(), 100);
+    EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_NOT_ENOUGH_DATA);
+    EXPECT_EQ(AParcel_getDataSize(parcel.get()), 100);
+    AParcel_setDataPosition(parcel.get(), 2);
+    EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_OK);
+    EXPECT_EQ(value, 0x20000);
+    EXPECT_EQ(AParcel_readInt32(parcel.get(), &value), STATUS_NOT_ENOUGH_DATA);
+    uint8_t bytes[8] = {};
+    EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, 4, 5), STATUS_BAD_VALUE);
+    EXPECT_EQ(AParcel_marshal(parcel.get(), bytes, SIZE_MAX, 2), STATUS_BAD_VALUE);
+}
+
 }  // namespace
 }  // namespace tests

@@ -46,9 +46,6 @@ class Peer : public ::aidl::tests::BnPeer {
         return ScopedAStatus::ok();
     }
 
-    /** Gives the file's number back. */
-    binder_status_t dump(int fd, const char**, uint32_t) override { return fd; }
-
     std::function<ScopedAStatus(const Visitor& visitor, int32_t number, std::string* text)> onVisit;
     std::function<void(int32_t number)> onTell;
     std::function<void()> onEnd;

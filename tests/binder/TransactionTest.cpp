@@ -16,23 +16,22 @@ class TransactionTest : public ConnectionTest, public testing::WithParamInterfac
         return in;
     }
     /** A whole request to visit. */
-    ScopedAParcel PrepareVisit(int32_t number = 0) {
+    ScopedAParcel PrepareVisit() {
         ScopedAParcel in = Prepare();
         AParcel_writeStrongBinder(in.get(), nullptr);
-        AParcel_writeInt32(in.get(), number);
+        AParcel_writeInt32(in.get(), 0);
         return in;
     }
     binder_status_t Transact(ScopedAParcel in, transaction_code_t code, binder_flags_t flags = 0) {
-        mOut.set(nullptr);
-        const auto status = AIBinder_transact(mBinder.get(), code, in.getR(), mOut.getR(), flags);
+        ScopedAParcel out;
+        const auto status = AIBinder_transact(mBinder.get(), code, in.getR(), out.getR(), flags);
         EXPECT_EQ(in.get(), nullptr);
-        EXPECT_EQ(mOut.get() != nullptr, status == STATUS_OK);
+        EXPECT_EQ(out.get() != nullptr, status == STATUS_OK);
         return status;
     }
     binder_status_t Visit(ScopedAParcel in) { return Transact(std::move(in), kVisit); }
 
     const SpAIBinder mBinder = GetParam() ? mRoot : mPeer->asBinder();
-    ScopedAParcel mOut;
 };
 
 INSTANTIATE_TEST_SUITE_P(Binder, TransactionTest, testing::Bool(),
