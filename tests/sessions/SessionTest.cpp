@@ -20,6 +20,22 @@ class SessionTest : public ServerTest {
     std::shared_ptr<RpcSession> mSession;
 };
 
+TEST_F(SessionTest, SpeaksTheOldVersionWithWhoKnowsNoOther) {
+    Server old({.newestVersion = 0}, mPeer->asBinder().get());
+    for (const bool isOldServer : {false, true}) {
+        SCOPED_TRACE(isOldServer);
+        RpcClientSettings settings;
+        settings.newestVersion = isOldServer ? 1 : 0;
+        settings.dial = [&](auto) { return (isOldServer ? old : mServer).Dial(); };
+        const auto session = ConnectRpc(settings);
+        ASSERT_NE(session, nullptr);
+        EXPECT_EQ(session->Setup().version, 0U);
+        std::string text;
+        EXPECT_TRUE(RootOf(*session)->visit(SharedRefBase::make<Peer>(), 5, &text).isOk());
+        EXPECT_EQ(text, "5");
+    }
+}
+
 TEST_F(SessionTest, LivesOnWithoutTheSocketsThatTheServerRefuses) {
     std::atomic<int> dialled{0};
     const auto session = ConnectRpc({.dial = [&](auto) {
