@@ -37,20 +37,6 @@ class Gallery : public BnGallery {
         *_aidl_return = 3;
         return ScopedAStatus::ok();
     }
-    ScopedAStatus texts(const std::vector<Color>& in_colors, Level in_level, bool in_a, int8_t in_b,
-                        char16_t in_c, int32_t in_d, int64_t in_e, float in_f, double in_g,
-                        const std::string& in_h, const std::vector<std::string>& in_others,
-                        const std::vector<bool>& in_which,
-                        std::vector<std::string>* _aidl_return) override {
-        using ::android::internal::ToString;
-        *_aidl_return = {ToString(in_colors), toString(in_level),
-                         ToString(in_a),      ToString(in_b),
-                         ToString(in_c),      ToString(in_d),
-                         ToString(in_e),      ToString(in_f),
-                         ToString(in_g),      in_h,
-                         in_others[1],        ToString(in_which)};
-        return ScopedAStatus::ok();
-    }
 };
 
 class Watcher : public BnWatcher {
@@ -132,16 +118,6 @@ TEST_F(GeneratedCode, OutAndInOutArgumentsComeBackAndOutArraysKeepTheCallersLeng
     EXPECT_EQ(point, (Point{2, 1}));
     EXPECT_EQ(values, (std::vector<int32_t>{7, 5}));
     EXPECT_EQ(result, 3);
-}
-
-TEST_F(GeneratedCode, EveryTypeOfArgumentArrives) {
-    std::vector<std::string> texts;
-    ASSERT_TRUE(proxy->texts({Color::BLUE, Color::GREEN}, Level::HIGH, true, -2, u'A', -3,
-                             int64_t{1} << 40, 0.5f, 0.25, "h", {"i", "j"}, {true, false}, &texts)
-                        .isOk());
-    EXPECT_EQ(texts, (std::vector<std::string>{"[BLUE, GREEN]", "HIGH", "true", "-2", "65", "-3",
-                                               "1099511627776", "0.500000", "0.250000", "h", "j",
-                                               "[true, false]"}));
 }
 
 TEST_F(GeneratedCode, CallsWithinTheProcessGoToTheObjectItself) {
