@@ -42,17 +42,10 @@ ctl 2 "too much for camera list: '1'" camera list 1
 ctl 2 "ID wants a number from 0 .* not 'x'" camera open x
 ctl 2 "no lie 'white'" fault record white 1
 ctl 2 'getprop wants NAME' getprop
-ctl 2 'unknown option -x' setprop a -x
 ctl 3 'does not run' setprop a -- -x
-ctl 3 'does not run' setprop a -1
-ctl 3 'does not run' fault --count 1 stream.start
-ctl 3 'does not run' dump --json --help
 ctl 0 'usage: aonctl dump' dump --help
-ctl 0 'usage: aonctl watch' help watch
-ctl 2 'there is no command .bla.' help bla
 full_disk 'cannot write the output: No space' --help
 ctl 0 'Exit status' --help
-ctl 0 '--count NUMBER' watch --help
 
 begin_service
 expect 1 'cannot publish .*/default: exception -5, another process may serve it' "$service"
