@@ -19,6 +19,8 @@ struct Watch {
     std::atomic<bool> unlinkedFirst{false};
     std::thread::id thread;
     std::function<void()> onDied;
+    /** Called last of all, when the watch itself may already be gone. */
+    std::function<void()> onOver;
 
     static void Died(void* cookie) {
         auto* const watch = static_cast<Watch*>(cookie);
@@ -29,7 +31,9 @@ struct Watch {
     static void Unlinked(void* cookie) {
         auto* const watch = static_cast<Watch*>(cookie);
         if (watch->died <= watch->unlinked) watch->unlinkedFirst = true;
+        const auto onOver = watch->onOver;
         ++watch->unlinked;
+        if (onOver) onOver();
     }
 };
 
@@ -132,6 +136,26 @@ TEST_F(DeathTest, DeletedRecipientAndEndedProxyTakeTheirLinksAlong) {
     EXPECT_EQ(mWatch.unlinked, 3);
     KillAndWait();
     EXPECT_EQ(mWatch.died, 0);
+}
+
+TEST_F(DeathTest, LastLoopbackPointerMayGoInANoticeAndProxiesOutliveIt) {
+    std::promise<void> killed;
+    // The connection's thread is joined by nobody: what it tells last outlives this test.
+    const auto over = std::make_shared<std::promise<void>>();
+    mWatch.onDied = [&] {
+        mLoopback->WaitForNotices();
+        killed.get_future().wait();
+        mLoopback.reset();
+    };
+    mOther.onOver = [over] { over->set_value(); };
+    ASSERT_EQ(Link(&mWatch), STATUS_OK);
+    ASSERT_EQ(Link(&mOther), STATUS_OK);
+    mLoopback->Kill();
+    killed.set_value();
+    over->get_future().wait();
+    EXPECT_EQ(mLoopback, nullptr);
+    EXPECT_EQ(mOther.died, 1);
+    EXPECT_EQ(Visit(), STATUS_DEAD_OBJECT);
 }
 
 /** Everything at once, for the thread sanitizer: each link still ends exactly once. */
