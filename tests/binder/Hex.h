@@ -46,24 +46,17 @@ inline std::string Hex(const AParcel* parcel) {
     return Hex(bytes);
 }
 
-/** Reads the value of all the bytes. */
-template <typename T>
-void ExpectRead(const T& value, const std::string& hex) {
-    SCOPED_TRACE(hex);
-    const ndk::ScopedAParcel parcel = ParcelOf(hex);
-    T read{};
-    EXPECT_EQ(ndk::AParcel_readNullableData(parcel.get(), &read), STATUS_OK);
-    EXPECT_TRUE(read == value);
-    EXPECT_EQ(AParcel_getDataPosition(parcel.get()), AParcel_getDataSize(parcel.get()));
-}
-
-/** Makes these bytes of the value, and the value of them again. */
+/** Makes these bytes of the value, and the value of all of them again. */
 template <typename T>
 void ExpectBytes(const T& value, const std::string& hex) {
     const ndk::ScopedAParcel parcel(AParcel_create());
     EXPECT_EQ(ndk::AParcel_writeNullableData(parcel.get(), value), STATUS_OK);
     EXPECT_EQ(Hex(parcel.get()), hex);
-    ExpectRead(value, hex);
+    AParcel_setDataPosition(parcel.get(), 0);
+    T read{};
+    EXPECT_EQ(ndk::AParcel_readNullableData(parcel.get(), &read), STATUS_OK) << hex;
+    EXPECT_TRUE(read == value) << hex;
+    EXPECT_EQ(AParcel_getDataPosition(parcel.get()), AParcel_getDataSize(parcel.get())) << hex;
 }
 
 }  // namespace tests
