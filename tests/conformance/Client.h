@@ -2,8 +2,10 @@
 
 #include <aidl/vendor/zarvo/hardware/camera/aon/BnAONServiceCallBack.h>
 #include <aidl/vendor/zarvo/hardware/camera/aon/IAONService.h>
+#include <android/binder_manager.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -131,14 +133,34 @@ inline constexpr int32_t kFaceFeature = aon::IAONService::SERVICE_TYPE_FACE_FEAT
 inline constexpr int32_t kAllTypes = kFusion | kFaceAngle | kGaze | kFaceFeature;
 
 /** The published service; null if nobody publishes it now. */
-std::shared_ptr<aon::IAONService> FindService();
+inline std::shared_ptr<aon::IAONService> FindService() {
+    return aon::IAONService::fromBinder(ndk::SpAIBinder(AServiceManager_checkService(kInstance)));
+}
 
 /** The service's sensors; none if it does not say. */
-std::vector<aon::AONSensorInfo> Sensors(aon::IAONService& service);
+inline std::vector<aon::AONSensorInfo> Sensors(aon::IAONService& service) {
+    std::vector<aon::AONSensorInfo> sensors;
+    service.getAonSensorInfoList(&sensors);
+    return sensors;
+}
 
 /** The first sensor, its first size at the highest rate, time-based; false if none is offered. */
-bool FirstConfig(const std::vector<aon::AONSensorInfo>& sensors, int32_t types,
-                 aon::SensorConfigInfo* config);
+inline bool FirstConfig(const std::vector<aon::AONSensorInfo>& sensors, int32_t types,
+                        aon::SensorConfigInfo* config) {
+    for (const auto& sensor : sensors) {
+        for (const auto& size : sensor.frameInfos) {
+            if (size.supportRates.empty()) continue;
+            config->sensorId = sensor.sensorId;
+            config->frameWidth = size.frameWidth;
+            config->frameHeight = size.frameHeight;
+            config->fps = *std::max_element(size.supportRates.begin(), size.supportRates.end());
+            config->serviceType = types;
+            config->deliveryMode = aon::IAONService::DELIVERY_MODE_TIME_BASED;
+            return true;
+        }
+    }
+    return false;
+}
 
 /**
  * A client of the service, with a callback of its own. It gives everything back when it goes,

@@ -34,14 +34,11 @@ ScriptedStream::Sensors WhatSensorsOffer() {
 
 }  // namespace
 
-RealWorld::Processes& RealWorld::TheProcesses() {
-    static Processes processes = [] {
-        Processes first;
-        for ([[maybe_unused]] const User user : kUsers)
-            first.push_back(std::make_unique<Process>());
-        return first;
-    }();
-    return processes;
+std::unique_ptr<Process>& RealWorld::At(User user) {
+    static std::unique_ptr<Process> processes[std::size(kUsers)];
+    auto& process = processes[static_cast<size_t>(user)];
+    if (process == nullptr) process = std::make_unique<Process>();
+    return process;
 }
 
 RealWorld::RealWorld() {
@@ -149,7 +146,7 @@ std::string RealWorld::Register(const Process& process, int32_t types) {
 }
 
 std::unique_ptr<Process> RealWorld::End(User user) {
-    auto ended = std::exchange(At(user), std::make_unique<Process>());
+    auto ended = std::exchange(At(user), nullptr);
     ended->connection->Kill();
     return ended;
 }

@@ -22,8 +22,6 @@ class Process : public RemoteCallback {
         connection->Kill();
         TellDeath();
     }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
 
     /** Lets the notices go, and returns when they have been given. */
     void TellDeath() {
@@ -50,19 +48,16 @@ class RealWorld {
   public:
     RealWorld();
     ~RealWorld();
-    RealWorld(const RealWorld&) = delete;
-    RealWorld& operator=(const RealWorld&) = delete;
 
     /** Lets the step happen, and gives what could be seen of it. */
     Outcome Do(const Step& step);
 
   private:
-    using Processes = std::vector<std::unique_ptr<Process>>;
-
     std::string Happen(const Step& step);
     std::string Register(const Process& process, int32_t types);
-    std::unique_ptr<Process>& At(User user) { return mProcesses[static_cast<size_t>(user)]; }
-    std::unique_ptr<Process> End(User user);
+    /** They serve several worlds in turn. */
+    static std::unique_ptr<Process>& At(User user);
+    static std::unique_ptr<Process> End(User user);
     void TellDeath();
     void MakeService();
     void OpenCamera(int device, bool listed);
@@ -71,12 +66,8 @@ class RealWorld {
     Outcome Look(std::string answer);
     static void ResetRegistry();
 
-    /** They serve several worlds in turn. */
-    static Processes& TheProcesses();
-
     const host::LogTap mSilence{[](const host::LogLine&) {}};
     ScriptedStream& mStream = ScriptedStream::Instance();
-    Processes& mProcesses = TheProcesses();
     std::deque<std::unique_ptr<Process>> mUnnoticed;
     /** Counts the camera notices that the stream was given. */
     std::counting_semaphore<> mCameraNotices{0};
