@@ -11,7 +11,6 @@
 #include <thread>
 
 #include "tests/conformance/Client.h"
-#include "tests/conformance/OtherProcess.h"
 
 namespace {
 

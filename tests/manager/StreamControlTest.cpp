@@ -136,14 +136,6 @@ TEST(ManagerWithoutStream, RefusesToStartAndLeavesEverythingElseAsItIs) {
     EXPECT_EQ(lines[4], "E: AONManager: Failed to initialize AovStream.");
 }
 
-TEST_F(StreamControl, StartsOnSensorZeroWhenNothingIsSubscribed) {
-    Subscribe(2);
-    EXPECT_EQ(mManager->UnsubscribeSensor(), 0);
-    EXPECT_TRUE(mLog.TakeTexts().empty());
-    EXPECT_EQ(mManager->StartService(1), 0);
-    EXPECT_EQ(mReceiver->Take(), Lines{"start 0"});
-}
-
 TEST_F(StreamControl, KeepsItsReceiverWhenItIsOfferedNone) {
     EXPECT_EQ(mManager->RegisterClient(nullptr), -22);
     mManager->onCallback(nullptr);

@@ -79,40 +79,99 @@ bool CanJoin(const Config& merged, const Config& wanted, bool running) {
 
 // Clients.
 
-Model::Process Model::Now(User user) const {
-    const auto life = mLives.find(user);
-    return {user, life == mLives.end() ? 0 : life->second};
+Outcome Model::Do(const Step& step) {
+    Outcome outcome{Happen(step)};
+    for (std::string& call : std::exchange(mStreamCalls, {}))
+        outcome.push_back("the stream is asked: " + std::move(call));
+    outcome.push_back(Text(mStreamOn ? "stream on, types" : "stream off, types", {mRunningTypes}));
+    for (const User user : kUsers) {
+        for (const std::string& news : std::exchange(mTold[user], {}))
+            outcome.push_back(NameOf(user) + " is told, handle 1: " + news);
+    }
+    return outcome;
 }
 
-Model::Client* Model::Find(User user) {
-    return mClient && user != User::kMallory ? &*mClient : nullptr;
+std::string Model::Happen(const Step& step) {
+    switch (step.act) {
+        case Act::kRegister:
+            return Register({step.user, mLives[step.user]}, step.number);
+        case Act::kRegisterNothing:
+            return "Status(-3, EX_ILLEGAL_ARGUMENT): ''";
+        case Act::kSubscribe:
+        case Act::kStart:
+        case Act::kStop:
+        case Act::kUnsubscribe:
+        case Act::kUnregister:
+            return Call(step);
+        case Act::kDie:
+            Forget(End(step.user));
+            break;
+        case Act::kDieUnnoticed:
+            mUnnoticed.push_back(End(step.user));
+            break;
+        case Act::kTellDeath:
+            if (mUnnoticed.empty()) break;
+            Forget(mUnnoticed.front());
+            mUnnoticed.pop_front();
+            break;
+        case Act::kRestartService:
+            // The stream is left as it is; the next service finds it so.
+            mClient.reset();
+            mSensorStates.clear();
+            break;
+        case Act::kOpenCamera:
+            OpenCamera(step.number, kCameras.at(step.number));
+            break;
+        case Act::kOpenUnlistedCamera:
+            OpenCamera(step.number, {});
+            break;
+        case Act::kCloseCamera:
+            CloseCamera(step.number);
+            break;
+        case Act::kRefuseNextStart:
+            mRefuseStart = true;
+            break;
+        case Act::kRefuseNextStop:
+            mRefuseStop = true;
+            break;
+        case Act::kRefuseNextCameraNotice:
+            break;  // is logged, nothing else
+        case Act::kDeliverFrame:
+            TellClient("a frame");
+            break;
+    }
+    return "";
 }
 
-std::string Model::RegisterNothing() {
-    return "Status(-3, EX_ILLEGAL_ARGUMENT): ''";
-}
-
-std::string Model::Register(User user, int32_t types) {
-    if (mClient && mClient->process != Now(user)) {
-        StopTypes(mClient->started);
-        DropSubscription();
-        mClient.reset();
+std::string Model::Register(const Process& process, int32_t types) {
+    if (mClient && mClient->process != process) {
+        Forget(mClient->process);
         mSensorStates.clear();
     }
-    if (!mClient) mClient.emplace(Now(user));
+    if (!mClient) mClient = {.process = process};
     mClient->registered = types;
     for (const auto& [sensor, state] : mSensorStates)
-        TellClient(StateText(kHandle, sensor, state));
-    return Granted(kHandle);
+        TellClient(Text("sensor and state", {sensor, state}));
+    return kOk + " 1";
 }
 
-std::string Model::Unregister(User user) {
-    const Client* const client = Find(user);
-    if (client == nullptr) return Refused(1, "in_clientHandle not register");
-    if (client->started != 0) {
+std::string Model::Call(const Step& step) {
+    if (!mClient || step.user == User::kMallory) {
+        return Refused(1, step.act == Act::kSubscribe ? "clientHandle not register"
+                                                      : "in_clientHandle not register");
+    }
+    if (step.act == Act::kSubscribe) return Subscribe(step.config);
+    if (step.act == Act::kStart) return Start(step.number);
+    if (step.act == Act::kUnregister) return Unregister();
+    step.act == Act::kStop ? Stop(step.number) : LetGo();
+    return kOk;
+}
+
+std::string Model::Unregister() {
+    if (mClient->started != 0) {
         return Refused(1, "not stop all service type, unregisterClient failed");
     }
-    if (client->config) {
+    if (mClient->config) {
         return Refused(1, "not unsubscribe all service type, unregisterClient failed");
     }
     mClient.reset();
@@ -120,8 +179,7 @@ std::string Model::Unregister(User user) {
 }
 
 Model::Process Model::End(User user) {
-    const Process ended = Now(user);
-    ++mLives[user];
+    const Process ended{user, mLives[user]++};
     mTold[user].clear();
     if (mClient && mClient->process == ended) mClient->alive = false;
     return ended;
@@ -129,42 +187,18 @@ Model::Process Model::End(User user) {
 
 void Model::Forget(const Process& process) {
     if (!mClient || mClient->process != process) return;
-    StopTypes(mClient->started);
-    DropSubscription();
+    LetGo();
     mClient.reset();
-}
-
-void Model::Die(User user) {
-    Forget(End(user));
-}
-
-void Model::DieUnnoticed(User user) {
-    mUnnoticed.push_back(End(user));
-}
-
-void Model::TellDeath() {
-    if (mUnnoticed.empty()) return;
-    const Process process = mUnnoticed.front();
-    mUnnoticed.pop_front();
-    Forget(process);
-}
-
-void Model::RestartService() {
-    // The stream is left as it is; the next service finds it so.
-    mClient.reset();
-    mSensorStates.clear();
 }
 
 // Subscriptions.
 
 Config Model::Merged() const {
-    return mClient && mClient->config ? MergeAll({*mClient->config}) : MergeAll({});
+    return mClient->config ? MergeAll({*mClient->config}) : MergeAll({});
 }
 
-std::string Model::Subscribe(User user, const Config& config) {
-    Client* const client = Find(user);
-    if (client == nullptr) return Refused(1, "clientHandle not register");
-    if (!Within(config.serviceType, client->registered)) {
+std::string Model::Subscribe(const Config& config) {
+    if (!Within(config.serviceType, mClient->registered)) {
         return Refused(2, "service type need subset of register");
     }
     if (!IsOffered(config)) return Refused(1, "config not support");
@@ -173,31 +207,20 @@ std::string Model::Subscribe(User user, const Config& config) {
         return Refused(1, running ? "can support this config when sensor running"
                                   : "can support this config when other process use");
     }
-    client->config = config;
+    mClient->config = config;
     if (!running) mSubscribed = Merged();
     return kOk;
 }
 
-std::string Model::Unsubscribe(User user) {
-    Client* const client = Find(user);
-    if (client == nullptr) return Refused(1, "in_clientHandle not register");
-    StopTypes(client->started);
-    DropSubscription();
-    return kOk;
-}
-
-void Model::DropSubscription() {
+void Model::LetGo() {
+    Stop(mClient->started);
     mClient->config.reset();
     mSubscribed = Config();
 }
 
 // Service types.
 
-std::string Model::Start(User user, int32_t types) {
-    return Find(user) == nullptr ? Refused(1, "in_clientHandle not register") : StartTypes(types);
-}
-
-std::string Model::StartTypes(int32_t types) {
+std::string Model::Start(int32_t types) {
     if (!mClient->config || !Within(types, mClient->config->serviceType)) {
         return Refused(2, "start service type is subset of subscribe service type");
     }
@@ -212,19 +235,13 @@ std::string Model::StartTypes(int32_t types) {
     return kOk;
 }
 
-std::string Model::Stop(User user, int32_t types) {
-    if (Find(user) == nullptr) return Refused(1, "in_clientHandle not register");
-    StopTypes(types);
-    return kOk;
-}
-
-void Model::StopTypes(int32_t types) {
+void Model::Stop(int32_t types) {
     if (types == 0) return;
     const int32_t left = mClient->started & ~types;
     mClient->started = left;
     if (left != 0 && left == mRunningTypes) return;
-    StopStreamAndTell();
-    if (left != 0) StartTypes(left);
+    if (const auto sensor = StopStream()) Tell(*sensor, kIdle);
+    if (left != 0) Start(left);
 }
 
 // The stream.
@@ -247,9 +264,9 @@ bool Model::StartStream(int32_t types) {
 bool Model::AskStreamToStart(int32_t types) {
     if (mStreamOn) return true;  // it refused to stop, and runs on with what it had
     const Config& config = mSubscribed;
-    mStreamCalls.push_back(StartText(config.sensorId, config.frameWidth, config.frameHeight,
-                                     RateOf(config, types),
-                                     config.deliveryMode == kTimeBased ? 0 : config.fps, types));
+    const int32_t motionRate = config.deliveryMode == kTimeBased ? 0 : config.fps;
+    mStreamCalls.push_back(Text("start", {config.sensorId, config.frameWidth, config.frameHeight,
+                                          RateOf(config, types), motionRate, types}));
     mStreamOn = !std::exchange(mRefuseStart, false);
     return mStreamOn;
 }
@@ -263,15 +280,8 @@ std::optional<int32_t> Model::StopStream() {
     return sensor;
 }
 
-void Model::StopStreamAndTell() {
-    if (const auto sensor = StopStream()) Tell(*sensor, kIdle);
-}
-
-void Model::OpenCamera(int device, bool listed) {
-    const auto camera = std::find_if(kCameras.begin(), kCameras.end(),
-                                     [&](const Camera& each) { return each.device == device; });
-    const auto sensors = listed ? camera->sensors : std::vector<int32_t>();
-    mStreamCalls.push_back(NoticeText(sensors, true));
+void Model::OpenCamera(int device, const std::vector<int32_t>& sensors) {
+    mStreamCalls.push_back(Text("notify open", sensors));
     // A camera that is open already keeps the sensors that it had.
     const auto& kept = mOpenCameras.emplace(device, sensors).first->second;
     const auto stopped = StopStream();
@@ -283,7 +293,7 @@ void Model::OpenCamera(int device, bool listed) {
 void Model::CloseCamera(int device) {
     const auto sensors = std::exchange(mOpenCameras[device], {});
     mOpenCameras.erase(device);
-    if (!sensors.empty()) mStreamCalls.push_back(NoticeText(sensors, false));
+    if (!sensors.empty()) mStreamCalls.push_back(Text("notify close", sensors));
     for (const int32_t sensor : sensors)
         Tell(sensor, kIdle);
 }
@@ -296,27 +306,11 @@ void Model::Tell(int32_t sensor, int32_t state) {
     } else {
         mSensorStates[sensor] = state;
     }
-    TellClient(StateText(kHandle, sensor, state));
+    TellClient(Text("sensor and state", {sensor, state}));
 }
 
 void Model::TellClient(const std::string& news) {
     if (mClient && mClient->alive) mTold[mClient->process.user].push_back(news);
-}
-
-void Model::DeliverFrame() {
-    TellClient(FrameText(kHandle));
-}
-
-Outcome Model::Look(std::string answer) {
-    Outcome outcome{std::move(answer),
-                    {},
-                    std::exchange(mStreamCalls, {}),
-                    RunningText(mRunningTypes, mStreamOn)};
-    for (const User user : kUsers) {
-        for (const std::string& news : std::exchange(mTold[user], {}))
-            outcome.told.push_back(std::string(NameOf(user)) + ": " + news);
-    }
-    return outcome;
 }
 
 }  // namespace zarvo::test

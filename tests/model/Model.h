@@ -19,26 +19,10 @@ bool CanJoin(const Config& merged, const Config& wanted, bool running);
  * The service as its clients, the stream and the cameras see it, in plain values: no binder, no
  * thread, no lock. One client at a time can be registered, under handle 1.
  */
-class Model : public World {
+class Model {
   public:
-    std::string Register(User user, int32_t types) override;
-    std::string RegisterNothing() override;
-    std::string Subscribe(User user, const Config& config) override;
-    std::string Start(User user, int32_t types) override;
-    std::string Stop(User user, int32_t types) override;
-    std::string Unsubscribe(User user) override;
-    std::string Unregister(User user) override;
-    void Die(User user) override;
-    void DieUnnoticed(User user) override;
-    void TellDeath() override;
-    void RestartService() override;
-    void OpenCamera(int device, bool listed) override;
-    void CloseCamera(int device) override;
-    void RefuseNextStart() override { mRefuseStart = true; }
-    void RefuseNextStop() override { mRefuseStop = true; }
-    void RefuseNextCameraNotice() override {}  // is logged, nothing else
-    void DeliverFrame() override;
-    Outcome Look(std::string answer) override;
+    /** Lets the step happen, and gives what could be seen of it. */
+    Outcome Do(const Step& step);
 
   private:
     /** One life of a program. */
@@ -48,25 +32,26 @@ class Model : public World {
         bool operator==(const Process&) const = default;
     };
     struct Client {
-        explicit Client(Process owner) : process(owner) {}
-
         Process process;
         bool alive = true;
         int32_t registered = 0;
-        std::optional<Config> config;
+        std::optional<Config> config = {};
         /** What it started and did not stop; a camera may have stopped the stream since. */
         int32_t started = 0;
     };
 
-    Process Now(User user) const;
-    /** The registered client, if it is its handle that the user has. */
-    Client* Find(User user);
-
-    std::string StartTypes(int32_t types);
-    void StopTypes(int32_t types);
-    void DropSubscription();
-    void Forget(const Process& process);
+    std::string Happen(const Step& step);
+    std::string Register(const Process& process, int32_t types);
+    /** What wants the handle of a client. */
+    std::string Call(const Step& step);
+    std::string Subscribe(const Config& config);
+    std::string Start(int32_t types);
+    void Stop(int32_t types);
+    std::string Unregister();
+    /** Stops and unsubscribes. */
+    void LetGo();
     Process End(User user);
+    void Forget(const Process& process);
     Config Merged() const;
 
     bool IsHeldByCamera(int32_t sensor) const;
@@ -74,7 +59,8 @@ class Model : public World {
     bool AskStreamToStart(int32_t types);
     /** The sensor on which it ran. */
     std::optional<int32_t> StopStream();
-    void StopStreamAndTell();
+    void OpenCamera(int device, const std::vector<int32_t>& sensors);
+    void CloseCamera(int device);
 
     void Tell(int32_t sensor, int32_t state);
     void TellClient(const std::string& news);

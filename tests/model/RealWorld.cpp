@@ -32,36 +32,18 @@ ScriptedStream::Sensors WhatSensorsOffer() {
     return sensors;
 }
 
-std::map<int, std::vector<int>> WhatCamerasUse() {
-    std::map<int, std::vector<int>> devices;
-    for (const Camera& camera : kCameras)
-        devices[camera.device] = camera.sensors;
-    return devices;
-}
-
-int64_t HandleOf(User user) {
-    return user == User::kMallory ? kMallorysHandle : kHandle;
-}
-
-std::string Text(const ndk::ScopedAStatus& status) {
-    return status.isOk() ? kOk : status.getDescription();
-}
-
 }  // namespace
 
-RealWorld::Processes& RealWorld::TheProcesses() {
-    static Processes processes = [] {
-        Processes first;
-        for ([[maybe_unused]] const User user : kUsers)
-            first.push_back(std::make_unique<Process>());
-        return first;
-    }();
-    return processes;
+std::unique_ptr<Process>& RealWorld::At(User user) {
+    static std::unique_ptr<Process> processes[std::size(kUsers)];
+    auto& process = processes[static_cast<size_t>(user)];
+    if (process == nullptr) process = std::make_unique<Process>();
+    return process;
 }
 
 RealWorld::RealWorld() {
     mStream.SetSensors(WhatSensorsOffer());
-    ScriptedModules::Instance().SetDevices(WhatCamerasUse());
+    ScriptedModules::Instance().SetDevices(kCameras);
     mStream.SetHooks({}, {}, [this] { mCameraNotices.release(); });
     MakeService();
 }
@@ -94,54 +76,79 @@ void RealWorld::MakeService() {
     mService = ndk::SharedRefBase::make<ServiceOn>(mManager);
 }
 
-void RealWorld::RestartService() {
-    mService.reset();
-    MakeService();
+Outcome RealWorld::Do(const Step& step) {
+    return Look(Happen(step));
 }
 
-std::string RealWorld::Register(User user, int32_t types) {
+std::string RealWorld::Happen(const Step& step) {
+    const auto& [act, user, number, config] = step;
+    const int64_t handle = user == User::kMallory ? kMallorysHandle : kHandle;
+    int64_t unused = 0;
+    switch (act) {
+        case Act::kRegister:
+            return Register(*At(user), number);
+        case Act::kRegisterNothing:
+            return mService->registerClient(nullptr, 1, &unused).getDescription();
+        case Act::kSubscribe:
+            return mService->subscribeSensor(handle, config).getDescription();
+        case Act::kStart:
+            return mService->startService(handle, number).getDescription();
+        case Act::kStop:
+            return mService->stopService(handle, number).getDescription();
+        case Act::kUnsubscribe:
+            return mService->unsubscribeSensor(handle).getDescription();
+        case Act::kUnregister:
+            return mService->unregisterClient(handle).getDescription();
+        case Act::kDie:
+            End(user)->TellDeath();
+            break;
+        case Act::kDieUnnoticed:
+            mUnnoticed.push_back(End(user));
+            break;
+        case Act::kTellDeath:
+            TellDeath();
+            break;
+        case Act::kRestartService:
+            mService.reset();
+            MakeService();
+            break;
+        case Act::kOpenCamera:
+        case Act::kOpenUnlistedCamera:
+            OpenCamera(number, act == Act::kOpenCamera);
+            break;
+        case Act::kCloseCamera:
+            CloseCamera(number);
+            break;
+        case Act::kRefuseNextStart:
+            mStream.startFault.FailCalls(1);
+            break;
+        case Act::kRefuseNextStop:
+            mStream.stopFault.FailCalls(1);
+            break;
+        case Act::kRefuseNextCameraNotice:
+            mStream.notifyFault.FailCalls(1);
+            break;
+        case Act::kDeliverFrame:
+            static const auto event = std::make_unique<aov_event>();
+            mManager->onCallback(event.get());
+            break;
+    }
+    return "";
+}
+
+std::string RealWorld::Register(const Process& process, int32_t types) {
+    // A new proxy object each time, of the one callback.
+    const auto callback =
+            RemoteCallback::IAONServiceCallBack::fromBinder(process.connection->Root());
     int64_t handle = 0;
-    const auto status = mService->registerClient(At(user)->Callback(), types, &handle);
-    return status.isOk() ? Granted(handle) : Text(status);
-}
-
-std::string RealWorld::RegisterNothing() {
-    int64_t handle = 0;
-    return Text(mService->registerClient(nullptr, 1, &handle));
-}
-
-std::string RealWorld::Subscribe(User user, const Config& config) {
-    return Text(mService->subscribeSensor(HandleOf(user), config));
-}
-
-std::string RealWorld::Start(User user, int32_t types) {
-    return Text(mService->startService(HandleOf(user), types));
-}
-
-std::string RealWorld::Stop(User user, int32_t types) {
-    return Text(mService->stopService(HandleOf(user), types));
-}
-
-std::string RealWorld::Unsubscribe(User user) {
-    return Text(mService->unsubscribeSensor(HandleOf(user)));
-}
-
-std::string RealWorld::Unregister(User user) {
-    return Text(mService->unregisterClient(HandleOf(user)));
+    const auto status = mService->registerClient(callback, types, &handle);
+    return status.getDescription() + " " + std::to_string(handle);
 }
 
 std::unique_ptr<Process> RealWorld::End(User user) {
-    auto ended = std::exchange(At(user), std::make_unique<Process>());
-    ended->Kill();
+    auto ended = std::exchange(At(user), nullptr);
+    ended->connection->Kill();
     return ended;
-}
-
-void RealWorld::Die(User user) {
-    End(user)->TellDeath();
-}
-
-void RealWorld::DieUnnoticed(User user) {
-    mUnnoticed.push_back(End(user));
 }
 
 void RealWorld::TellDeath() {
@@ -155,56 +162,44 @@ void RealWorld::OpenCamera(int device, bool listed) {
     mManager->NotifyOpen(device);
     ScriptedModules::Instance().SetNoModule(false);
     AwaitCameraNotice();
-    WaitForCameraWork();
+    CloseCamera(kNoCamera);
 }
 
 void RealWorld::CloseCamera(int device) {
     mManager->NotifyClose(device);
     AwaitCameraNotice();
-    WaitForCameraWork();
-}
-
-void RealWorld::WaitForCameraWork() {
-    // A notification waits for the one before it. This one has nobody to tell: once the stream
-    // has it, all that is left of it is to let go of the manager's lock, which we then take.
-    mManager->NotifyClose(kNoCamera);
-    AwaitCameraNotice();
-    mManager->GetServiceTypeStarted();
+    // A notification waits for the one before it. That of no camera has nobody to tell: once the
+    // stream has it, all that is left of it is to let go of the manager's lock, which Look takes.
+    if (device != kNoCamera) CloseCamera(kNoCamera);
 }
 
 void RealWorld::AwaitCameraNotice() {
     ASSERT_TRUE(mCameraNotices.try_acquire_for(kPatience));
 }
 
-void RealWorld::DeliverFrame() {
-    static const auto event = std::make_unique<aov_event>();
-    mManager->onCallback(event.get());
-}
-
-std::vector<std::string> RealWorld::TakeStreamCalls() {
-    auto starts = mStream.TakeStarts();
-    auto start = starts.begin();
-    std::vector<std::string> calls;
-    for (const std::string& call : mStream.TakeCalls()) {
-        if (call.starts_with("start ")) {
-            calls.push_back(StartText(start->sensorId, start->frameWidth, start->frameHeight,
-                                      start->frameRate, start->mdFrameRate, start->serviceType));
-            ++start;
-        } else if (!call.starts_with("getSensor") && call != NoticeText({}, false)) {
-            calls.push_back(call);
-        }
-    }
-    return calls;
-}
-
 Outcome RealWorld::Look(std::string answer) {
-    Outcome outcome{std::move(answer),
-                    {},
-                    TakeStreamCalls(),
-                    RunningText(mManager->GetServiceTypeStarted(), mStream.Running())};
+    Outcome outcome{std::move(answer)};
+    const int32_t types = mManager->GetServiceTypeStarted();
+    const auto starts = mStream.TakeStarts();
+    auto start = starts.begin();
+    for (std::string call : mStream.TakeCalls()) {
+        if (call.starts_with("getSensor") || call == "notify close") continue;
+        if (call.starts_with("start ")) {
+            call = Text("start", {start->sensorId, start->frameWidth, start->frameHeight,
+                                  start->frameRate, start->mdFrameRate, start->serviceType});
+            ++start;
+        }
+        outcome.push_back("the stream is asked: " + call);
+    }
+    outcome.push_back(Text(mStream.Running() ? "stream on, types" : "stream off, types", {types}));
     for (const User user : kUsers) {
-        for (const std::string& news : At(user)->TakeNews())
-            outcome.told.push_back(std::string(NameOf(user)) + ": " + news);
+        RecordingCallback& callback = *At(user)->local;
+        const std::string who =
+                NameOf(user) + " is told, handle " + std::to_string(callback.Handle()) + ": ";
+        for (const auto& [sensor, state] : callback.TakeStates())
+            outcome.push_back(who + Text("sensor and state", {sensor, state}));
+        for (size_t frames = callback.TakeEvents().size(); frames != 0; --frames)
+            outcome.push_back(who + "a frame");
     }
     return outcome;
 }

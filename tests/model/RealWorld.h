@@ -1,9 +1,6 @@
 #pragma once
 
-#include <android/binder_auto_utils.h>
-
 #include <deque>
-#include <map>
 #include <memory>
 #include <semaphore>
 #include <string>
@@ -11,11 +8,34 @@
 
 #include "host/log/LogTap.h"
 #include "service/AONService.h"
-#include "tests/model/Process.h"
+#include "tests/clients/RemoteCallback.h"
 #include "tests/model/World.h"
 #include "tests/support/ScriptedStream.h"
 
 namespace zarvo::test {
+
+/** A client's process, which can end with the notice of its death held back. For one thread. */
+class Process : public RemoteCallback {
+  public:
+    Process() { AIBinder_linkToDeath(proxy->asBinder().get(), mGate.get(), this); }
+    ~Process() {
+        connection->Kill();
+        TellDeath();
+    }
+
+    /** Lets the notices go, and returns when they have been given. */
+    void TellDeath() {
+        mMayBeTold.release();
+        connection->WaitForNotices();
+    }
+
+  private:
+    /** First in line for the notice of death: whoever comes after waits until it is told. */
+    static void HoldNotice(void* process) { static_cast<Process*>(process)->mMayBeTold.acquire(); }
+
+    std::counting_semaphore<> mMayBeTold{0};
+    const ndk::ScopedAIBinder_DeathRecipient mGate{AIBinder_DeathRecipient_new(HoldNotice)};
+};
 
 /**
  * The real service in this process, on the scripted stream, with clients behind proxies. Each has
@@ -24,47 +44,30 @@ namespace zarvo::test {
  * Whatever a step sets off on other threads, a death's notice or the work for a camera, is over
  * when the step returns.
  */
-class RealWorld : public World {
+class RealWorld {
   public:
     RealWorld();
-    ~RealWorld() override;
+    ~RealWorld();
 
-    std::string Register(User user, int32_t types) override;
-    std::string RegisterNothing() override;
-    std::string Subscribe(User user, const Config& config) override;
-    std::string Start(User user, int32_t types) override;
-    std::string Stop(User user, int32_t types) override;
-    std::string Unsubscribe(User user) override;
-    std::string Unregister(User user) override;
-    void Die(User user) override;
-    void DieUnnoticed(User user) override;
-    void TellDeath() override;
-    void RestartService() override;
-    void OpenCamera(int device, bool listed) override;
-    void CloseCamera(int device) override;
-    void RefuseNextStart() override { mStream.startFault.FailCalls(1); }
-    void RefuseNextStop() override { mStream.stopFault.FailCalls(1); }
-    void RefuseNextCameraNotice() override { mStream.notifyFault.FailCalls(1); }
-    void DeliverFrame() override;
-    Outcome Look(std::string answer) override;
+    /** Lets the step happen, and gives what could be seen of it. */
+    Outcome Do(const Step& step);
 
   private:
-    using Processes = std::vector<std::unique_ptr<Process>>;
-
-    std::unique_ptr<Process>& At(User user) { return mProcesses[static_cast<size_t>(user)]; }
-    std::unique_ptr<Process> End(User user);
-    void MakeService();
-    static void ResetRegistry();
-    void WaitForCameraWork();
-    void AwaitCameraNotice();
-    std::vector<std::string> TakeStreamCalls();
-
+    std::string Happen(const Step& step);
+    std::string Register(const Process& process, int32_t types);
     /** They serve several worlds in turn. */
-    static Processes& TheProcesses();
+    static std::unique_ptr<Process>& At(User user);
+    static std::unique_ptr<Process> End(User user);
+    void TellDeath();
+    void MakeService();
+    void OpenCamera(int device, bool listed);
+    void CloseCamera(int device);
+    void AwaitCameraNotice();
+    Outcome Look(std::string answer);
+    static void ResetRegistry();
 
     const host::LogTap mSilence{[](const host::LogLine&) {}};
     ScriptedStream& mStream = ScriptedStream::Instance();
-    Processes& mProcesses = TheProcesses();
     std::deque<std::unique_ptr<Process>> mUnnoticed;
     /** Counts the camera notices that the stream was given. */
     std::counting_semaphore<> mCameraNotices{0};

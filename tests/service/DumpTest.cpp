@@ -1,12 +1,12 @@
 #include <future>
 
 #include "service/StatusReport.h"
-#include "tests/service/DumpFixture.h"
+#include "tests/service/ServiceFixture.h"
 
 namespace zarvo::test {
 namespace {
 
-using Dump = DumpFixture;
+using Dump = ServiceFixture;
 
 TEST_F(Dump, TellsWhoIsThereWhatRunsAndWhatHappened) {
     ExpectParts(Look(), {"hash: 300d", "registered clients: none\n", "open cameras: none\n",

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "service/AONService.h"
+#include "tests/clients/Dump.h"
 #include "tests/clients/RemoteClient.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/ScriptedModules.h"
@@ -54,6 +57,22 @@ class ServiceFixture : public testing::Test {
         client.callback->TakeStates();
     }
 
+    /** Looks at the service as `dumpsys` does. */
+    std::string Look(const std::vector<const char*>& args = {},
+                     binder_status_t expected = STATUS_OK) {
+        return DumpOf(service->asBinder().get(), args, expected);
+    }
+    static void ExpectParts(const std::string& text, const std::vector<std::string>& parts) {
+        for (const std::string& part : parts)
+            EXPECT_NE(text.find(part), std::string::npos) << part << " is not in\n" << text;
+    }
+    void Deliver(uint32_t serviceType) {
+        const auto event = std::make_unique<aov_event>();
+        event->serviceType = serviceType;
+        stream.Callback()->onCallback(event.get());
+    }
+
+    const std::string pid = "pid " + std::to_string(getpid());
     ScriptedStream& stream = ScriptedStream::Instance();
     LogRecorder log;
     std::shared_ptr<aon::AONService> service = ndk::SharedRefBase::make<aon::AONService>();

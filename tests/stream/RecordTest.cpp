@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
-#include <map>
 #include <memory>
 #include <set>
 #include <utility>
@@ -102,14 +100,6 @@ RenderConfig With(Cast cast) {
     return config;
 }
 
-/** How far two feature vectors are apart, in the mean of their numbers. */
-double Apart(const Record& one, const Record& other) {
-    double sum = 0;
-    for (size_t i = kOutput + 227'840; i < kOutput + 227'968; ++i)
-        sum += std::abs(one[i] - other[i]);
-    return sum / 128;
-}
-
 TEST(SimulatedRecord, TellsOfTheSameFacesInEveryBlock) {
     const Record record(With(Cast::kTwo));
     EXPECT_EQ(record.At<uint32_t>(kOutput + 199'680), 2u);
@@ -123,12 +113,7 @@ TEST(SimulatedRecord, TellsOfTheSameFacesInEveryBlock) {
             const float x = record.Number(item + 24 + 8 * i), y = record.Number(item + 28 + 8 * i);
             EXPECT_TRUE(left < x && x < right && top < y && y < bottom) << i;
         }
-        const auto cell = static_cast<size_t>((top + bottom) / 2 / 480 * 72) * 72 +
-                          static_cast<size_t>((left + right) / 2 / 640 * 72);
-        EXPECT_NEAR(record[kOutput + 82'944 + cell], 255 * record.Number(item + 20), 12);
-        EXPECT_EQ(record[kOutput + 90'368 + 16 * cell + 15], record.At<int32_t>(item));
     }
-    EXPECT_TRUE(record.IsZero(kItem + 160, 28 * 80));
     // The other blocks speak of the first one: landmarks, head, confidence, eyes.
     const struct {
         size_t block, item, count;
@@ -138,9 +123,6 @@ TEST(SimulatedRecord, TellsOfTheSameFacesInEveryBlock) {
                  {kGaze + 20, kItem + 76, 1}};
     for (const auto& same : kSame)
         EXPECT_EQ(std::memcmp(&record[same.block], &record[same.item], 4 * same.count), 0);
-    EXPECT_NEAR(
-            std::hypot(record.Number(kGaze), record.Number(kGaze + 4), record.Number(kGaze + 8)), 1,
-            1e-5);
 }
 
 TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
@@ -149,20 +131,6 @@ TEST(SimulatedRecord, HasNothingToSayOfNobodyButThePicture) {
     EXPECT_TRUE(record.IsZero(kOutput + 82'944, 199'684 - 82'944));
     EXPECT_NE(record.Number(kOutput + 199'684), 0.0F);
     EXPECT_TRUE(record.IsZero(kItem, 262'172 - 199'688));
-}
-
-TEST(SimulatedRecord, KeepsTheFeatureOfAPersonNearItselfAndApartFromOthers) {
-    std::map<size_t, Record> firsts;
-    for (uint32_t frame = 5; frame < 1000; frame += 40) {
-        const Scene scene = SceneAt(Cast::kStory, kConfig.seed, frame / 5.0, 4.0F / 3);
-        if (scene.faceCount == 0) continue;
-        const Record record(kConfig, frame);
-        const size_t person = scene.faces[0].person;
-        firsts.try_emplace(person, record);
-        for (const auto& [other, first] : firsts)
-            EXPECT_TRUE(other == person ? Apart(first, record) < 5 : Apart(first, record) > 40);
-    }
-    EXPECT_GE(firsts.size(), 2u);
 }
 
 TEST(SimulatedRecord, HoldsEverySizeThatFitsAndWritesNothingBeyondIt) {
@@ -186,6 +154,18 @@ TEST(SimulatedRecord, HoldsEverySizeThatFitsAndWritesNothingBeyondIt) {
         EXPECT_TRUE(record.IsZero(297'040 + bytes, 737'316 - bytes));
         EXPECT_TRUE(record.IsZero(1'034'368 + bytes, 737'316 - bytes));
     }
+}
+
+TEST(Scene, FitsPicturesOfAnyShape) {
+    for (const float aspect : {2e-6F, 0.5F, 1.0F, 3.0F, 5e5F})
+        for (int frame = 0; frame < 120; ++frame) {
+            const Scene scene = SceneAt(Cast::kStory, 1, frame / 2.0, aspect);
+            for (size_t i = 0; i < scene.faceCount; ++i) {
+                const Face& face = scene.faces[i];
+                EXPECT_TRUE(0 < face.centre.x && face.centre.x < aspect) << aspect;
+                EXPECT_TRUE(face.size < face.centre.y && face.centre.y < 1 - face.size) << aspect;
+            }
+        }
 }
 
 }  // namespace

@@ -27,7 +27,6 @@ class StreamListener : public IAovStreamCallback {
         {
             const std::lock_guard lock(mMutex);
             mFrames.push_back(event == nullptr ? -1 : int64_t{event->frame_id});
-            mEventThreads.push_back(std::this_thread::get_id());
             mChanged.notify_all();
         }
         if (inEvent) inEvent(event);
@@ -45,7 +44,6 @@ class StreamListener : public IAovStreamCallback {
     std::vector<int64_t> Frames() { return Get(mFrames); }
     /** "open 1" and "close 1", in order. */
     std::vector<std::string> Notices() { return Get(mNotices); }
-    std::vector<std::thread::id> EventThreads() { return Get(mEventThreads); }
     std::vector<std::thread::id> NoticeThreads() { return Get(mNoticeThreads); }
 
   private:
@@ -67,7 +65,7 @@ class StreamListener : public IAovStreamCallback {
     std::condition_variable mChanged;
     std::vector<int64_t> mFrames;
     std::vector<std::string> mNotices;
-    std::vector<std::thread::id> mEventThreads, mNoticeThreads;
+    std::vector<std::thread::id> mNoticeThreads;
 };
 
 /** What starts sensor 0 with services 1 and 2. */
