@@ -84,8 +84,8 @@ Gen<Config> AnyConfig() {
             });
 }
 
-Gen<Step> StepOf(Act act, Gen<User> user, Gen<int32_t> number = gen::just(kNoNumber),
-                 Gen<Config> config = gen::just(Config())) {
+Gen<Step> StepOf(Act act, const Gen<User>& user, const Gen<int32_t>& number = gen::just(kNoNumber),
+                 const Gen<Config>& config = gen::just(Config())) {
     return gen::build<Step>(gen::set(&Step::act, gen::just(act)), gen::set(&Step::user, user),
                             gen::set(&Step::number, number), gen::set(&Step::config, config));
 }
