@@ -39,7 +39,9 @@ step_counted() {
     build coverage
     rm -rf "$COVERAGE/profiles" "$COVERAGE/html"
     run_tests coverage
-    llvm-profdata-14 merge --sparse -o "$COVERAGE/all.profdata" "$COVERAGE"/profiles/*.profraw
+    # A process that is killed while it writes leaves a file that cannot be read.
+    llvm-profdata-14 merge --sparse --failure-mode=all -o "$COVERAGE/all.profdata" \
+        "$COVERAGE"/profiles/*.profraw
 }
 
 # It warns of inline functions that one program uses and another does not.
