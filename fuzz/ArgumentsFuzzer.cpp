@@ -1,4 +1,5 @@
-// The command lines of all programs, read and not obeyed; and what shells are told of them.
+// The command lines of aonctl, the service, the demo and the AIDL generator, read and not obeyed;
+// and what shells are told of them.
 
 #include <cstdlib>
 #include <string>

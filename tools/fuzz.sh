@@ -13,7 +13,7 @@ readonly FUZZERS=(
     "aidl|texts for the AIDL generator"
     "properties|the list of properties in the environment"
     "lines|what the demo's processes say to each other"
-    "arguments|the command lines of all programs"
+    "arguments|the command lines of aonctl, the service, the demo and the AIDL generator"
 )
 readonly FUZZ_PACKAGES=("${RUN_PACKAGES[@]}" libgtest-dev pkgconf mandoc clang-14
                         libclang-rt-14-dev)
@@ -30,8 +30,8 @@ had, how many features of the code the inputs kept reach, and what was found.
 
 $(rows "${FUZZERS[@]}")
 
-It begins with what earlier runs kept in $FUZZ/corpus/TARGET, and with records, recordings and
-sessions that the build makes. A finding is an input in $FUZZ/findings/TARGET-…; mend the
+It begins with what earlier runs kept in $FUZZ/corpus/TARGET, and with seeds that the build makes:
+records, recordings, sessions, calls, texts. A finding is an input in $FUZZ/findings/TARGET-…; mend the
 fault, and keep the case as a test. A short run of each target is part of ./aon test.
 
 Builds $FUZZ, needs clang++. Minutes the first time. Exit status: 0 when nothing was found, 1 when

@@ -21,7 +21,7 @@ struct Option {
     std::string_view choices = {};
 };
 
-/** What stands behind a command's name on the command line. */
+/** What stands behind a program's or a command's name on the command line. */
 class Arguments {
   public:
     /**

@@ -1,6 +1,7 @@
 #include "events/AONManagerCallback.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -111,6 +112,7 @@ TEST_F(Conversion, DumpsOnlyWhenThePropertyIsOneAndNamesEveryFileThatItCannotOpe
     Convert(1);
     const auto lines = log.TakeTexts();
     ASSERT_EQ(lines.size(), 9U);
+    EXPECT_EQ(std::set(lines.begin(), lines.end()).size(), 9U);
     EXPECT_EQ(lines[0],
               "E: AONManagerCallback: open output file /data/aon/frame_-1_aon_input.dump fail, "
               "file No such file or directory.\n");

@@ -30,7 +30,7 @@ class OperationLog : public ServiceFixture {
     RemoteClient client{service}, next{service};
 };
 
-TEST(ServiceLife, JoinsItsCollaboratorsAndLetsThemGo) {
+TEST(ServiceLife, TellsHowItBeginsAndEnds) {
     LogRecorder log;
     ndk::SharedRefBase::make<aon::AONService>();
     EXPECT_EQ(

@@ -13,11 +13,8 @@ inline constexpr int kPatienceMs = 60'000;
 /** A program in a process of its own, killed when this goes at the latest. Used by one thread. */
 class Child {
   public:
-    /** What `Wait` gives for a child that a signal ended. */
-    static constexpr int kBySignal = 1000;
-
-    /** Starts it; its standard output can be read here, its standard error goes to the file. */
-    explicit Child(std::vector<std::string> command, const std::string& errors = "/dev/null");
+    /** Starts it; its standard output can be read here, its standard error is dropped. */
+    explicit Child(std::vector<std::string> command);
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
@@ -28,9 +25,8 @@ class Child {
     void Stop() const;
     /** The next line it prints; empty if it ends, or prints none in time. */
     std::string Line() const;
-    /** Waits for its end: its exit status, or kBySignal and the signal's number; -1 if it was not
-     * started or waited for before, or does not end in time. */
-    int Wait();
+    /** Waits for its end, unless that does not come in time. */
+    void Wait();
 
   private:
     pid_t mPid = 0;

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <ostream>
 #include <string>
 #include <system_error>
 
@@ -19,7 +18,6 @@ struct Holdings {
     bool IsWithin(const Holdings& other) const {
         return descriptors <= other.descriptors && threads <= other.threads;
     }
-    bool operator==(const Holdings&) const = default;
 
     ptrdiff_t descriptors;
     ptrdiff_t threads;
@@ -36,10 +34,5 @@ struct Holdings {
         return count;
     }
 };
-
-/** For the messages of failed tests. */
-inline void PrintTo(const Holdings& holdings, std::ostream* out) {
-    *out << holdings.descriptors << " descriptors, " << holdings.threads << " threads";
-}
 
 }  // namespace zarvo::test

@@ -27,21 +27,18 @@ struct LogRecorder::Lines {
 LogRecorder::LogRecorder(std::string tag)
     : mLines(std::make_shared<Lines>()),
       mTap([lines = mLines, wanted = std::move(tag)](const LogLine& line) {
-          if (wanted.empty() || line.tag == wanted) lines->Add(line);
+          if (line.tag == wanted) lines->Add(line);
       }) {}
 
-bool LogRecorder::WaitFor(const Predicate& matches, size_t count) const {
+bool LogRecorder::WaitFor(std::string_view part, size_t count) const {
+    const auto matches = [part](const LogLine& line) {
+        return line.message.find(part) != std::string::npos;
+    };
     std::unique_lock lock(mLines->mutex);
     return mLines->grown.wait_for(lock, kPatience, [&] {
         const auto found = std::count_if(mLines->lines.begin(), mLines->lines.end(), matches);
         return static_cast<size_t>(found) >= count;
     });
-}
-
-bool LogRecorder::WaitFor(std::string_view part, size_t count) const {
-    return WaitFor(
-            [part](const LogLine& line) { return line.message.find(part) != std::string::npos; },
-            count);
 }
 
 std::vector<LogLine> LogRecorder::Take() {

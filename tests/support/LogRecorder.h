@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,19 +15,15 @@ namespace zarvo::test {
 inline constexpr std::chrono::seconds kPatience{60};
 
 /**
- * Keeps the log lines that the process writes during its life, one tag's or all. Any thread may
- * log, wait and take.
+ * Keeps the log lines that the process writes during its life, one tag's. Any thread may log,
+ * wait and take.
  */
 class LogRecorder {
   public:
-    using Predicate = std::function<bool(const host::LogLine&)>;
-
-    /** Records the lines of `tag`; of every tag when it is empty. */
+    /** Records the lines of `tag`. */
     explicit LogRecorder(std::string tag = "AONLog_HAL");
 
-    /** Blocks until `count` recorded lines satisfy the predicate; false when patience ends. */
-    bool WaitFor(const Predicate& matches, size_t count = 1) const;
-    /** The same for lines whose message contains `part`. */
+    /** Blocks until the messages of `count` lines contain `part`; false when patience ends. */
     bool WaitFor(std::string_view part, size_t count = 1) const;
 
     /** The lines so far, which are then forgotten. */
